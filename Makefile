@@ -1,0 +1,45 @@
+# The entry points of optdesk. `make run` and `make test` do all set-up on a fresh Debian 12.
+BUILD      ?= build
+GENERATOR  ?= Ninja
+CMAKE_ARGS ?=
+ARGS       ?=
+CTEST_JOBS ?= 2
+
+.PHONY: all deps configure build run test bench test-asan test-tsan clean
+
+all: build
+
+deps:
+	@bash scripts/install-deps.sh
+
+$(BUILD)/build.ninja: | deps
+	cmake -S . -B $(BUILD) -G $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g" $(CMAKE_ARGS)
+
+configure: $(BUILD)/build.ninja
+
+build: deps configure
+	cmake --build $(BUILD)
+
+run: build
+	$(BUILD)/app/optdesk $(ARGS)
+
+test: build
+	cd $(BUILD) && ctest --output-on-failure -j $(CTEST_JOBS)
+
+bench: deps
+	cmake -S . -B build-bench -G $(GENERATOR) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DOPTDESK_BUILD_BENCH=ON
+	cmake --build build-bench
+	@for b in build-bench/bench/bench_*; do [ -x "$$b" ] && echo "== $$b" && "$$b" || exit 1; done
+
+test-asan: deps
+	cmake -S . -B build-asan -G $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DOPTDESK_SANITIZE=address
+	cmake --build build-asan
+	cd build-asan && ASAN_OPTIONS=detect_leaks=0:abort_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 ctest --output-on-failure -j $(CTEST_JOBS)
+
+test-tsan: deps
+	cmake -S . -B build-tsan -G $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DOPTDESK_SANITIZE=thread
+	cmake --build build-tsan
+	cd build-tsan && TSAN_OPTIONS="halt_on_error=1 suppressions=$(CURDIR)/cmake/tsan.supp" ctest --output-on-failure -j $(CTEST_JOBS)
+
+clean:
+	rm -rf $(BUILD) build-bench build-asan build-tsan
