@@ -27,7 +27,14 @@ inline bool isAbsent(int value) { return value == kAbsentInt; }
 inline bool isAbsent(long long value) { return value == kAbsentLongLong; }
 // A number a cell may show: finite and not the absent marker.
 inline bool isUsable(double value) { return std::isfinite(value) && !isAbsent(value); }
-inline bool isPriceEqual(double a, double b) { return std::fabs(a - b) <= kPriceTolerance; }
+// The bound is inclusive, also when decimal inputs such as 1.00001 and 1.0 land a
+// few binary units beyond it: the slack grows with the operands' magnitude.
+inline bool isWithinTolerance(double a, double b)
+{
+    const double slack = 16.0 * DBL_EPSILON * std::fmax(std::fabs(a), std::fabs(b));
+    return std::fabs(a - b) <= kPriceTolerance + slack;
+}
+inline bool isPriceEqual(double a, double b) { return isWithinTolerance(a, b); }
 
 // The unique text key of an instrument, "code.market" (e.g. "510050.SH").
 // Callers treat the form as opaque.

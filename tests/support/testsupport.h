@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 
 #include <functional>
+#include <ostream>
 
 namespace testsupport {
 
@@ -12,3 +13,6 @@ namespace testsupport {
 bool waitUntil(const std::function<bool()>& predicate, int timeoutMs = 5000);
 
 }  // namespace testsupport
+
+// Readable QStrings in GoogleTest failure messages.
+inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
