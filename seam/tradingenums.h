@@ -151,6 +151,33 @@ enum EOrderKind {
     OK_SINGLE = 5,
 };
 
+// Life of an order.
+enum EOrderStatus {
+    OS_UNKNOWN = 0,
+    OS_PENDING = 1,         // accepted by the gateway, not yet at the exchange
+    OS_WORKING = 2,         // in the book, nothing traded
+    OS_PARTIAL = 3,         // in the book, partly traded
+    OS_FILLED = 4,
+    OS_CANCELLED = 5,       // the rest cancelled; a part may have traded
+    OS_REJECTED = 6,
+    OS_CANCEL_PENDING = 7,  // cancel asked, not yet confirmed
+};
+
+// Further choices of a command that the panels leave at their first value.
+enum ETradePlatform {
+    TP_DEFAULT = 0,
+};
+
+enum EVqLimitedPriceType {
+    VQ_LIMITED_PRICE_NONE = 0,
+};
+
+enum EtfHedgeStatus {
+    ETF_HEDGE_STATUS_NONE = -1,
+    ETF_HEDGE_STATUS_OFF = 0,
+    ETF_HEDGE_STATUS_ON = 1,
+};
+
 // Whether an account may be asked for its tables.
 inline bool isLoginStatusReady(EBROKER_LOGIN_STATUS status) { return status == BLS_READY; }
 
