@@ -1,1 +1,3 @@
-int main() { return 0; }
+#include "app/deskapplication.h"
+
+int main(int argc, char** argv) { return desk::runDesk(argc, argv); }

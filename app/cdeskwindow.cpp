@@ -1,0 +1,262 @@
+#include "app/cdeskwindow.h"
+
+#include "seam/logger.h"
+#include "seam/tradingenums.h"
+#include "seam/uievents.h"
+#include "toolkit/cuiresource.h"
+#include "toolkit/itradedockablewidget.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QStatusBar>
+
+namespace desk {
+
+namespace {
+const QString kDark = QStringLiteral("dark");
+const QString kLight = QStringLiteral("light");
+
+// The window chrome follows the theme too; panels paint from resource keys themselves.
+QString chromeStyle()
+{
+    const WG::CUiResource* r = WG::CUiResource::get();
+    auto c = [r](const char* key) { return r->getColor(QString::fromLatin1(key))->name(); };
+    return QStringLiteral(
+               "QMainWindow, QDockWidget { background: %1; color: %2; }"
+               "QDockWidget::title { background: %3; padding: 4px 8px; color: %2; }"
+               "QMenuBar { background: %3; color: %2; } QMenuBar::item:selected { background: %4; }"
+               "QMenu { background: %3; color: %2; border: 1px solid %5; } QMenu::item:selected { background: %4; }"
+               "QStatusBar { background: %3; color: %6; } QStatusBar QLabel { color: %6; }"
+               "QMainWindow::separator { background: %5; width: 2px; height: 2px; }")
+        .arg(c("clr_window_background"), c("clr_text_default"), c("clr_tab_header"), c("clr_table_background_selected"),
+             c("clr_table_split_line"), c("clr_table_header_text"));
+}
+}  // namespace
+
+CDeskWindow::CDeskWindow(CPanelFactory factory, const QString& configDir, int tickMs, QWidget* parent)
+    : QMainWindow(parent), m_factory(std::move(factory)), m_store(configDir)
+{
+    setObjectName(QStringLiteral("optdeskMainWindow"));
+    setWindowTitle(QStringLiteral("optdesk 期权交易台"));
+    setDockNestingEnabled(true);
+    resize(1440, 900);
+    m_tick.setInterval(tickMs);
+    connect(&m_tick, &QTimer::timeout, this, &CDeskWindow::onTick);
+    m_statusText = new QLabel(this);
+    statusBar()->addPermanentWidget(m_statusText, 1);
+    buildMenus();
+}
+
+CDeskWindow::~CDeskWindow() { m_tick.stop(); }
+
+void CDeskWindow::buildMenus()
+{
+    QMenu* view = menuBar()->addMenu(QStringLiteral("视图"));
+    view->setObjectName(QStringLiteral("menuView"));
+    QMenu* themeMenu = menuBar()->addMenu(QStringLiteral("主题"));
+    auto* group = new QActionGroup(this);
+    const std::pair<QString, QString> themes[] = {{kDark, QStringLiteral("深色")}, {kLight, QStringLiteral("浅色")}};
+    for (const auto& entry : themes) {
+        QAction* action = themeMenu->addAction(entry.second);
+        action->setCheckable(true);
+        action->setData(entry.first);
+        action->setObjectName(QStringLiteral("theme_") + entry.first);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this, [this, name = entry.first] { applyTheme(name); });
+    }
+    QMenu* fileMenu = menuBar()->addMenu(QStringLiteral("布局"));
+    connect(fileMenu->addAction(QStringLiteral("保存布局")), &QAction::triggered, this, [this] {
+        QString error;
+        if (saveLayout(&error)) {
+            statusBar()->showMessage(QStringLiteral("布局已保存"), 3000);
+        } else {
+            notify(QStringLiteral("布局保存失败: ") + error);
+        }
+    });
+}
+
+void CDeskWindow::restore(const QString& themeOverride)
+{
+    DeskLayout layout;
+    QString aside;
+    switch (m_store.load(layout, &aside)) {
+    case CDeskLayoutStore::LoadResult::Loaded:
+        NQ_LOG_INFO("layout restored from " + m_store.filePath().toStdString());
+        break;
+    case CDeskLayoutStore::LoadResult::Damaged:
+        notify(QStringLiteral("保存的布局已损坏, 已另存为 %1, 使用默认布局").arg(aside));
+        break;
+    case CDeskLayoutStore::LoadResult::Missing:
+        break;
+    }
+
+    QStringList names;
+    for (const QString& name : layout.panels) {
+        if (m_factory.has(name) && !names.contains(name)) {
+            names << name;
+        }
+    }
+    if (names.isEmpty()) {
+        names = m_factory.names();
+    }
+    for (const QString& name : names) {
+        addPanel(name);
+    }
+    for (const Docked& docked : m_panels) {
+        docked.panel->setParam(layout.panelParams.value(docked.name));
+    }
+    if (!layout.geometry.isEmpty()) {
+        restoreGeometry(layout.geometry);
+    }
+    if (!layout.dockState.isEmpty() && !restoreState(layout.dockState)) {
+        notify(QStringLiteral("保存的停靠布局无法恢复, 使用默认布局"));
+    }
+    QString theme = themeOverride.isEmpty() ? layout.theme : themeOverride;
+    applyTheme(theme == kLight ? kLight : kDark);
+    deliverAccounts();
+    updateStatus();
+    m_tick.start();
+}
+
+void CDeskWindow::addPanel(const QString& name)
+{
+    auto* dock = new QDockWidget(m_factory.title(name), this);
+    dock->setObjectName(QStringLiteral("dock_") + name);
+    dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable | QDockWidget::DockWidgetClosable);
+    TC::ITradeDockableWidget* panel = m_factory.make(name, m_nextWidgetID++, dock);
+    if (panel == nullptr) {
+        delete dock;
+        return;
+    }
+    dock->setWidget(panel);
+    const Qt::DockWidgetArea area = m_panels.empty() ? Qt::TopDockWidgetArea : Qt::BottomDockWidgetArea;
+    addDockWidget(area, dock);
+    if (QMenu* view = menuBar()->findChild<QMenu*>(QStringLiteral("menuView"))) {
+        view->addAction(dock->toggleViewAction());
+    }
+    // Host hand-over: trade type first here; panels accept any order.
+    panel->setTradeType(nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
+    m_panels.push_back(Docked{name, dock, panel});
+}
+
+void CDeskWindow::deliverAccounts()
+{
+    for (const Docked& docked : m_panels) {
+        docked.panel->loadAccounts();
+    }
+}
+
+void CDeskWindow::onTick()
+{
+    ++m_ticks;
+    for (const Docked& docked : m_panels) {
+        docked.panel->onTimer(TC::TUF_QUOTE);
+    }
+}
+
+bool CDeskWindow::saveLayout(QString* error)
+{
+    DeskLayout layout;
+    layout.geometry = saveGeometry();
+    layout.dockState = saveState();
+    layout.theme = m_theme;
+    for (const Docked& docked : m_panels) {
+        layout.panels << docked.name;
+        layout.panelParams.insert(docked.name, docked.panel->param());
+    }
+    QString reason;
+    if (!m_store.save(layout, &reason)) {
+        NQ_LOG_ERROR("layout not saved: " + reason.toStdString());
+        if (error != nullptr) {
+            *error = reason;
+        }
+        return false;
+    }
+    return true;
+}
+
+bool CDeskWindow::saveScreenshot(const QString& file, QString* error)
+{
+    const QPixmap picture = grab();
+    if (picture.isNull() || !picture.save(file, "PNG")) {
+        if (error != nullptr) {
+            *error = QStringLiteral("cannot write the screenshot %1").arg(file);
+        }
+        return false;
+    }
+    return true;
+}
+
+void CDeskWindow::applyTheme(const QString& theme)
+{
+    WG::CUiResource* resource = WG::CUiResource::get();
+    if (!resource->setTheme(theme)) {
+        return;
+    }
+    m_theme = theme;
+    setStyleSheet(chromeStyle());
+    for (QAction* action : findChildren<QAction*>(QStringLiteral("theme_") + theme)) {
+        action->setChecked(true);
+    }
+    update();
+}
+
+TC::ITradeDockableWidget* CDeskWindow::panel(const QString& name) const
+{
+    for (const Docked& docked : m_panels) {
+        if (docked.name == name) {
+            return docked.panel;
+        }
+    }
+    return nullptr;
+}
+
+QDockWidget* CDeskWindow::dock(const QString& name) const
+{
+    for (const Docked& docked : m_panels) {
+        if (docked.name == name) {
+            return docked.dock;
+        }
+    }
+    return nullptr;
+}
+
+QStringList CDeskWindow::panelNames() const
+{
+    QStringList names;
+    for (const Docked& docked : m_panels) {
+        names << docked.name;
+    }
+    return names;
+}
+
+void CDeskWindow::notify(const QString& text)
+{
+    m_notices << text;
+    statusBar()->showMessage(text, 15000);
+    NQ_LOG_INFO(text.toStdString());
+}
+
+void CDeskWindow::updateStatus()
+{
+    m_statusText->setText(QStringLiteral("模拟行情  |  面板 %1 个  |  配置目录 %2")
+                              .arg(m_panels.size())
+                              .arg(QFileInfo(m_store.filePath()).absolutePath()));
+}
+
+void CDeskWindow::closeEvent(QCloseEvent* event)
+{
+    QString error;
+    if (!saveLayout(&error)) {
+        NQ_LOG_ERROR("layout not saved at exit: " + error.toStdString());
+    }
+    m_tick.stop();
+    QMainWindow::closeEvent(event);
+}
+
+}  // namespace desk

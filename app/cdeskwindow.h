@@ -1,0 +1,79 @@
+// The desk's main window: docks the panels, drives them by one timer, hands
+// them their saved state, trade type and accounts, switches themes, and saves
+// the layout and every panel's parameter string.
+#pragma once
+
+#include "app/cdesklayoutstore.h"
+#include "app/cpanelfactory.h"
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QStringList>
+#include <QTimer>
+
+#include <vector>
+
+class QDockWidget;
+class QLabel;
+
+namespace TC {
+class ITradeDockableWidget;
+}
+
+namespace desk {
+
+class CDeskWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    CDeskWindow(CPanelFactory factory, const QString& configDir, int tickMs, QWidget* parent = nullptr);
+    ~CDeskWindow() override;
+
+    // Builds the panels from the saved layout (or the defaults) and starts the tick.
+    // themeOverride, when not empty, wins over the saved theme.
+    void restore(const QString& themeOverride = QString());
+    // Writes the layout and every panel's param(); false with the reason on failure.
+    bool saveLayout(QString* error = nullptr);
+    // Renders the window into a PNG.
+    bool saveScreenshot(const QString& file, QString* error = nullptr);
+    // Switches the colour theme of every widget.
+    void applyTheme(const QString& theme);
+    QString theme() const { return m_theme; }
+
+    // Gives every panel the account list again.
+    void deliverAccounts();
+
+    TC::ITradeDockableWidget* panel(const QString& name) const;
+    QDockWidget* dock(const QString& name) const;
+    QStringList panelNames() const;
+    // Things the user was told at start (e.g. a damaged layout set aside).
+    QStringList notices() const { return m_notices; }
+    int tickCount() const { return m_ticks; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildMenus();
+    void addPanel(const QString& name);
+    void onTick();
+    void notify(const QString& text);
+    void updateStatus();
+
+    struct Docked {
+        QString name;
+        QPointer<QDockWidget> dock;
+        TC::ITradeDockableWidget* panel = nullptr;
+    };
+
+    CPanelFactory m_factory;
+    CDeskLayoutStore m_store;
+    QTimer m_tick;
+    std::vector<Docked> m_panels;
+    QString m_theme = QStringLiteral("dark");
+    QStringList m_notices;
+    QLabel* m_statusText = nullptr;
+    int m_ticks = 0;
+    int m_nextWidgetID = 1;
+};
+
+}  // namespace desk

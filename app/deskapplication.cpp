@@ -1,0 +1,114 @@
+#include "app/deskapplication.h"
+
+#include "app/cdesklayoutstore.h"
+#include "app/cdeskwindow.h"
+#include "app/deskoptions.h"
+#include "app/desklogging.h"
+#include "seam/logger.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace desk {
+
+namespace {
+
+void printError(const QString& text) { std::fprintf(stderr, "optdesk: %s\n", text.toLocal8Bit().constData()); }
+
+// Qt aborts when the windowing system cannot be reached, so look before it tries.
+bool hasDisplay()
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (!platform.isEmpty() && !platform.startsWith("xcb") && !platform.startsWith("wayland")) {
+        return true;  // offscreen, minimal, vnc, eglfs ... need no display server
+    }
+    if (platform.startsWith("wayland")) {
+        return !qgetenv("WAYLAND_DISPLAY").isEmpty();
+    }
+    return !qgetenv("DISPLAY").isEmpty() || (platform.isEmpty() && !qgetenv("WAYLAND_DISPLAY").isEmpty());
+}
+
+}  // namespace
+
+int runDesk(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) {
+        arguments << QString::fromLocal8Bit(argv[i]);
+    }
+    const DeskOptions options = parseDeskOptions(arguments);
+    if (!options.ok) {
+        printError(options.error);
+        std::fprintf(stderr, "Try 'optdesk --help'.\n");
+        return 2;
+    }
+    if (options.showHelp) {
+        std::printf("%s", deskUsage().toLocal8Bit().constData());
+        return 0;
+    }
+    if (options.showVersion) {
+        std::printf("optdesk 0.1.0\n");
+        return 0;
+    }
+    if (!hasDisplay()) {
+        printError(QStringLiteral(
+            "there is no display to open (DISPLAY is not set).\n"
+            "  Run it offscreen:        QT_QPA_PLATFORM=offscreen optdesk --screenshot desk.png --quit-after 3\n"
+            "  or on a virtual display: xvfb-run -a optdesk"));
+        return 2;
+    }
+    QString error;
+    if (!CDeskLayoutStore::ensureWritableDir(options.configDir, &error)) {
+        printError(QStringLiteral("the configuration directory is not usable: %1").arg(error));
+        return 2;
+    }
+
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("optdesk"));
+    QFont font(QStringLiteral("Noto Sans CJK SC"));
+    font.setPixelSize(12);
+    QApplication::setFont(font);
+
+    if (!startFileLogging(options.configDir, &error)) {
+        printError(QStringLiteral("cannot open the log file: %1").arg(error));
+        return 2;
+    }
+    NQ_LOG_INFO("optdesk starts, configuration in " + options.configDir.toStdString());
+
+    int exitCode = 0;
+    {
+        CDeskWindow window(CPanelFactory::withBuiltins(), options.configDir, options.tickMs);
+        window.restore(options.theme);
+        window.show();
+        for (const QString& notice : window.notices()) {
+            printError(notice);
+        }
+        if (options.quitAfterSeconds >= 0.0) {
+            QTimer::singleShot(static_cast<int>(options.quitAfterSeconds * 1000.0), &window, [&] {
+                if (!options.screenshotFile.isEmpty()) {
+                    QString shotError;
+                    if (!window.saveScreenshot(options.screenshotFile, &shotError)) {
+                        printError(shotError);
+                        exitCode = 1;
+                    }
+                }
+                window.close();
+                QApplication::quit();
+            });
+        }
+        const int loopCode = QApplication::exec();
+        if (exitCode == 0) {
+            exitCode = loopCode;
+        }
+    }
+    NQ_LOG_INFO("optdesk stops");
+    stopFileLogging();
+    return exitCode;
+}
+
+}  // namespace desk

@@ -1,0 +1,99 @@
+// Runs the optdesk program itself, as a user would.
+#include "support/testsupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+
+namespace {
+
+struct Run {
+    int exitCode = -1;
+    QString stdErr;
+};
+
+Run runDesk(const QStringList& args, const QProcessEnvironment& env)
+{
+    QProcess process;
+    process.setProcessEnvironment(env);
+    process.start(QStringLiteral(OPTDESK_BINARY), args);
+    Run run;
+    if (!process.waitForFinished(60000)) {
+        process.kill();
+        process.waitForFinished();
+        return run;
+    }
+    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    run.stdErr = QString::fromLocal8Bit(process.readAllStandardError());
+    return run;
+}
+
+QProcessEnvironment offscreen()
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    return env;
+}
+
+}  // namespace
+
+TEST(DeskProcess, ScreenshotOffscreenThenExit)
+{
+    QTemporaryDir dir;
+    const QString config = QDir(dir.path()).filePath(QStringLiteral("cfg"));
+    const QString shot = QDir(config).filePath(QStringLiteral("desk.png"));
+    const Run run = runDesk({"--config-dir", config, "--screenshot", shot, "--quit-after", "1"}, offscreen());
+    ASSERT_EQ(run.exitCode, 0) << run.stdErr.toStdString();
+    QImage image(shot);
+    ASSERT_FALSE(image.isNull());
+    EXPECT_GE(image.width(), 800);
+    EXPECT_TRUE(QFile::exists(QDir(config).filePath(QStringLiteral("layout.json"))));
+    QFile log(QDir(config).filePath(QStringLiteral("optdesk.log")));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(log.readAll().contains("optdesk starts"));
+}
+
+TEST(DeskProcess, UnknownOptionIsAClearError)
+{
+    const Run run = runDesk({"--no-such-option"}, offscreen());
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.stdErr.contains(QStringLiteral("no-such-option"))) << run.stdErr.toStdString();
+}
+
+TEST(DeskProcess, UnusableConfigDirIsAClearError)
+{
+    const Run run = runDesk({"--config-dir", "/proc/optdesk-cannot-be", "--quit-after", "0"}, offscreen());
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.stdErr.contains(QStringLiteral("configuration directory"))) << run.stdErr.toStdString();
+}
+
+TEST(DeskProcess, NoDisplaySaysHowToRunOffscreen)
+{
+    QTemporaryDir dir;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.remove(QStringLiteral("DISPLAY"));
+    env.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    env.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    const Run run = runDesk({"--config-dir", dir.path()}, env);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.stdErr.contains(QStringLiteral("QT_QPA_PLATFORM=offscreen"))) << run.stdErr.toStdString();
+}
+
+TEST(DeskProcess, DamagedLayoutIsReportedAndTheDeskStillStarts)
+{
+    QTemporaryDir dir;
+    {
+        QFile file(QDir(dir.path()).filePath(QStringLiteral("layout.json")));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("\x00\x01garbage", 9);
+    }
+    const Run run = runDesk({"--config-dir", dir.path(), "--quit-after", "0.5"}, offscreen());
+    EXPECT_EQ(run.exitCode, 0) << run.stdErr.toStdString();
+    EXPECT_TRUE(run.stdErr.contains(QStringLiteral("损坏"))) << run.stdErr.toStdString();
+    EXPECT_EQ(QDir(dir.path()).entryList({QStringLiteral("layout.json.damaged-*")}, QDir::Files).size(), 1);
+}
