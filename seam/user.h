@@ -47,8 +47,9 @@ public:
     virtual QVector<boost::shared_ptr<CAccount>> getGroupAccounts(nqservice::EVQBrokerType brokerType,
                                                                   QString name) = 0;
 
-    // Unit of volume of an instrument ("张" for options, "手" for futures, "股" for stocks).
-    virtual QString getStockUnitText(QString stockKey) = 0;
+    // The user's display text of a volume unit ("张", "%"); the unit itself when
+    // the user has chosen none.
+    virtual QString getStockUnitText(QString unit) = 0;
     virtual boost::shared_ptr<nqservice::CGlobalFeaturePermissionInfo> getPermissionInfoPtr() = 0;
     virtual bool isKelvanClientMode() const = 0;
     virtual bool isKelvanQuoteMode() = 0;
