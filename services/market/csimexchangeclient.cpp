@@ -1,0 +1,156 @@
+#include "services/market/csimexchangeclient.h"
+
+#include "seam/logger.h"
+#include "services/market/csessionclock.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+namespace market {
+
+CSimExchangeClient::CSimExchangeClient(unsigned seed, const QDate& tradingDate, TC::CTimeService* clock,
+                                       QObject* parent)
+    : TC::CExchangeClient(parent), m_generated(true), m_seed(seed), m_clock(clock), m_date(tradingDate)
+{
+    install(CUniverseBuilder::build(seed, tradingDate));
+}
+
+CSimExchangeClient::CSimExchangeClient(TInstrumentList instruments, const QDate& tradingDate,
+                                       TC::CTimeService* clock, QObject* parent)
+    : TC::CExchangeClient(parent), m_generated(false), m_seed(0), m_clock(clock), m_date(tradingDate)
+{
+    install(std::move(instruments));
+}
+
+void CSimExchangeClient::install(TInstrumentList instruments)
+{
+    auto tables = std::make_shared<Tables>();
+    tables->list = std::move(instruments);
+    tables->keys.reserve(static_cast<int>(tables->list.size()));
+    for (const auto& detail : tables->list) {
+        const QString key = QString::fromStdString(detail->key());
+        tables->byKey.insert(key, detail);
+        tables->keys.append(key);
+        if (!detail->isOption()) {
+            continue;
+        }
+        auto& chains = detail->kind == nqservice::IK_STOCK_OPTION ? tables->stockOptions : tables->futureOptions;
+        chains[QString::fromStdString(detail->underlyingKey())][QString::number(detail->expireDate)].append(key);
+    }
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_tables = std::move(tables);
+}
+
+TC::CTimeService* CSimExchangeClient::clock() const
+{
+    return m_clock != nullptr ? m_clock : TC::getTimeService();
+}
+
+std::shared_ptr<nqservice::CInstrumentDetail> CSimExchangeClient::getCodeInfo(const QString& key) const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_tables->byKey.value(key);
+}
+
+bool CSimExchangeClient::isCall(const std::shared_ptr<nqservice::CInstrumentDetail>& detail)
+{
+    return detail != nullptr && detail->isOption() && detail->call;
+}
+
+QString CSimExchangeClient::getExercisePrice(const std::shared_ptr<nqservice::CInstrumentDetail>& detail)
+{
+    if (detail == nullptr || !detail->isOption() || !utils::isUsable(detail->exercisePrice)) {
+        return QString();
+    }
+    // ETF strikes have up to three decimals; commodity strikes are whole numbers.
+    const int decimals = detail->kind == nqservice::IK_STOCK_OPTION ? 4 : 0;
+    return QString::number(detail->exercisePrice, 'f', decimals);
+}
+
+void CSimExchangeClient::getStockOptionMap(QMap<QString, QMap<QString, QStringList>>& out) const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    out = m_tables->stockOptions;
+}
+
+void CSimExchangeClient::getFutureOptionMap(QMap<QString, QMap<QString, QStringList>>& out) const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    out = m_tables->futureOptions;
+}
+
+int CSimExchangeClient::getRemainDays(QString yyyymmdd)
+{
+    const QDate date = QDate::fromString(yyyymmdd, QStringLiteral("yyyyMMdd"));
+    if (yyyymmdd.size() != 8 || !date.isValid()) {
+        return utils::kAbsentInt;
+    }
+    return static_cast<int>(tradingDate().daysTo(date));
+}
+
+int CSimExchangeClient::getRemainSecond()
+{
+    const QDateTime now = clock()->currentDateTime();
+    const QDate date = tradingDate();
+    if (now.date() < date) {
+        return CSessionClock::sessionSeconds(nqservice::kMarketSSE);
+    }
+    if (now.date() > date) {
+        return 0;
+    }
+    return CSessionClock::remainingSeconds(nqservice::kMarketSSE, now);
+}
+
+QStringList CSimExchangeClient::getAllCodes() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_tables->keys;
+}
+
+std::string CSimExchangeClient::getTradingDate() const
+{
+    return tradingDate().toString(QStringLiteral("yyyyMMdd")).toStdString();
+}
+
+TInstrumentList CSimExchangeClient::instruments() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_tables->list;
+}
+
+QDate CSimExchangeClient::tradingDate() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_date;
+}
+
+void CSimExchangeClient::setTradingDate(const QDate& date)
+{
+    if (!date.isValid()) {
+        return;
+    }
+    if (m_generated) {
+        install(CUniverseBuilder::build(m_seed, date));
+    }
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        m_date = date;
+    }
+    const std::string text = getTradingDate();
+    NQ_LOG_INFO(fmt::format(FMT_STRING("new trading date {0}"), text));
+    emit sigNewTradingDate(text);
+    emit sigInitDataFinish();
+}
+
+bool CSimExchangeClient::checkTradingDate()
+{
+    const QDate today = clock()->currentDateTime().date();
+    if (today <= tradingDate() || !CSessionClock::isTradingDay(today)) {
+        return false;
+    }
+    setTradingDate(today);
+    return true;
+}
+
+}  // namespace market

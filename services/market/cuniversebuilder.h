@@ -1,0 +1,45 @@
+// Generates the instrument universe of a trading day from a seed: ETF options
+// of the SSE and SZSE on their listed months and strike ladders, adjusted
+// contracts, and a commodity futures option family with its futures. The same
+// seed and date always give the same universe.
+#pragma once
+
+#include "seam/cinstrumentdetail.h"
+
+#include <QDate>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace market {
+
+using TInstrumentList = std::vector<std::shared_ptr<nqservice::CInstrumentDetail>>;
+
+class CUniverseBuilder {
+public:
+    static TInstrumentList build(unsigned seed, const QDate& tradingDate);
+
+    // The exchanges' rules, public for tests and for the market model.
+    // Expiry of an ETF option month: its fourth Wednesday.
+    static QDate fourthWednesday(int year, int month);
+    // The four listed months of ETF options on a date: this month (the next one
+    // once this month's contracts have expired), the next month, and the next two
+    // quarter months after it. Each entry is the first day of the month.
+    static std::vector<QDate> listedMonths(const QDate& tradingDate);
+    // Strike interval for a strike at or above `price` on the ETF option grid.
+    static double strikeStep(double price);
+    // The grid strike nearest to a price, and the neighbours of a grid strike.
+    static double nearestStrike(double price);
+    static double nextStrikeUp(double strike);
+    static double nextStrikeDown(double strike);
+    // Strike interval of the soybean meal option.
+    static double futureStrikeStep(double price);
+    // Last trading day of a future option: the fifth trading day of the month
+    // before the future's delivery month.
+    static QDate futureOptionExpiry(int deliveryYear, int deliveryMonth);
+    // Rounds to a multiple of the tick, avoiding binary noise.
+    static double roundToTick(double value, double tick);
+};
+
+}  // namespace market
