@@ -12,17 +12,17 @@
 
 namespace {
 
-struct Run {
+struct DeskRun {
     int exitCode = -1;
     QString stdErr;
 };
 
-Run runDesk(const QStringList& args, const QProcessEnvironment& env)
+DeskRun runDesk(const QStringList& args, const QProcessEnvironment& env)
 {
     QProcess process;
     process.setProcessEnvironment(env);
     process.start(QStringLiteral(OPTDESK_BINARY), args);
-    Run run;
+    DeskRun run;
     if (!process.waitForFinished(60000)) {
         process.kill();
         process.waitForFinished();
@@ -47,7 +47,7 @@ TEST(DeskProcess, ScreenshotOffscreenThenExit)
     QTemporaryDir dir;
     const QString config = QDir(dir.path()).filePath(QStringLiteral("cfg"));
     const QString shot = QDir(config).filePath(QStringLiteral("desk.png"));
-    const Run run = runDesk({"--config-dir", config, "--screenshot", shot, "--quit-after", "1"}, offscreen());
+    const DeskRun run = runDesk({"--config-dir", config, "--screenshot", shot, "--quit-after", "1"}, offscreen());
     ASSERT_EQ(run.exitCode, 0) << run.stdErr.toStdString();
     QImage image(shot);
     ASSERT_FALSE(image.isNull());
@@ -60,14 +60,14 @@ TEST(DeskProcess, ScreenshotOffscreenThenExit)
 
 TEST(DeskProcess, UnknownOptionIsAClearError)
 {
-    const Run run = runDesk({"--no-such-option"}, offscreen());
+    const DeskRun run = runDesk({"--no-such-option"}, offscreen());
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_TRUE(run.stdErr.contains(QStringLiteral("no-such-option"))) << run.stdErr.toStdString();
 }
 
 TEST(DeskProcess, UnusableConfigDirIsAClearError)
 {
-    const Run run = runDesk({"--config-dir", "/proc/optdesk-cannot-be", "--quit-after", "0"}, offscreen());
+    const DeskRun run = runDesk({"--config-dir", "/proc/optdesk-cannot-be", "--quit-after", "0"}, offscreen());
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_TRUE(run.stdErr.contains(QStringLiteral("configuration directory"))) << run.stdErr.toStdString();
 }
@@ -79,7 +79,7 @@ TEST(DeskProcess, NoDisplaySaysHowToRunOffscreen)
     env.remove(QStringLiteral("DISPLAY"));
     env.remove(QStringLiteral("WAYLAND_DISPLAY"));
     env.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    const Run run = runDesk({"--config-dir", dir.path()}, env);
+    const DeskRun run = runDesk({"--config-dir", dir.path()}, env);
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_TRUE(run.stdErr.contains(QStringLiteral("QT_QPA_PLATFORM=offscreen"))) << run.stdErr.toStdString();
 }
@@ -92,7 +92,7 @@ TEST(DeskProcess, DamagedLayoutIsReportedAndTheDeskStillStarts)
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("\x00\x01garbage", 9);
     }
-    const Run run = runDesk({"--config-dir", dir.path(), "--quit-after", "0.5"}, offscreen());
+    const DeskRun run = runDesk({"--config-dir", dir.path(), "--quit-after", "0.5"}, offscreen());
     EXPECT_EQ(run.exitCode, 0) << run.stdErr.toStdString();
     EXPECT_TRUE(run.stdErr.contains(QStringLiteral("损坏"))) << run.stdErr.toStdString();
     EXPECT_EQ(QDir(dir.path()).entryList({QStringLiteral("layout.json.damaged-*")}, QDir::Files).size(), 1);

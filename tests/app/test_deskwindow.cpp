@@ -1,4 +1,5 @@
 #include "app/cdeskwindow.h"
+#include "seam/common.h"
 #include "seam/paramstring.h"
 #include "support/testsupport.h"
 #include "toolkit/cuiresource.h"
