@@ -3,12 +3,14 @@
 //
 // Conventions every implementation keeps:
 //
-// * Time to expiry is a calendar-day year: T = (days + seconds / 14400) / 365.
+// * Time to expiry is a calendar-day year:
+//   T = (days + min(seconds / 14400, 1)) / 365.
 //   `days` is what TC::CExchangeClient::getRemainDays gives (calendar days),
 //   `seconds` is 0 unless days is 0, then the seconds left in today's
 //   trading (a full session is 4 hours, 14400 s). The last day thus counts as
 //   one day, spread over its trading seconds, and T runs down without a jump
-//   from the eve of expiry to the close. Calendar days are used because that
+//   from the eve of expiry to the close. Negative days, or days of the absent
+//   integer 2147483647, have no answer; at T = 0 prices are intrinsic values. Calendar days are used because that
 //   is what the callers count, and a trading calendar with the exchanges'
 //   holidays is not known to the calculator; theta follows the same clock.
 // * Volatility and rates are fractions per year (0.25 is 25 %, 0.03 is 3 %).
@@ -67,10 +69,10 @@ public:
 
     // Premium over the underlying as a ratio (0.05 is 5 %): how far the
     // underlying must move for the holder to break even at expiry,
-    //   call (K + P / base - S) / S,   put (S + P / base - K) / S.
-    // `premiumBase` (instrument field 2001) is the number of option price
-    // units per unit of the underlying; 1 for the exchange's options. A value
-    // below 1 or the absent integer 2147483647 counts as 1.
+    //   call (K + P - S) / S,   put (S + P - K) / S.
+    // `premiumBase` is the contract unit (instrument field 2001): premium and
+    // underlying value scale alike with it, so it cancels from the ratio and
+    // any value, the absent 2147483647 too, gives the same result.
     virtual double calcCallPremiumRate(double K, double price, double premiumBase, double S) const = 0;
     virtual double calcPutPremiumRate(double K, double price, double premiumBase, double S) const = 0;
 

@@ -1,0 +1,225 @@
+#include "services/pricing/baroneadesiwhaley.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "seam/common.h"
+#include "services/pricing/impliedvolatility.h"
+#include "services/pricing/normaldistribution.h"
+
+namespace pricing {
+
+namespace {
+
+constexpr double kBoundaryTolerance = 1e-12;
+constexpr int kMaxBoundaryIterations = 200;
+
+struct EuropeanAt {
+    double price;
+    double nd1;  // N(d1) for a call, N(-d1) for a put
+    double pdf;  // phi(d1)
+};
+
+EuropeanAt europeanAt(OptionType type, double S, double K, double T, double rate, double carry, double sigma)
+{
+    const double stdDev = sigma * std::sqrt(T);
+    const double carryDiscount = std::exp((carry - rate) * T);
+    const double discount = std::exp(-rate * T);
+    const double d1 = (std::log(S / K) + carry * T) / stdDev + 0.5 * stdDev;
+    const double d2 = d1 - stdDev;
+    EuropeanAt e;
+    e.pdf = normPdf(d1);
+    if (type == OptionType::Call) {
+        e.nd1 = normCdf(d1);
+        e.price = S * carryDiscount * e.nd1 - K * discount * normCdf(d2);
+    } else {
+        e.nd1 = normCdf(-d1);
+        e.price = K * discount * normCdf(-d2) - S * carryDiscount * e.nd1;
+    }
+    return e;
+}
+
+}  // namespace
+
+double baroneAdesiWhaleyPrice(OptionType type, double S, double K, double T, double rate, double carry,
+                              double sigma)
+{
+    const bool isCall = type == OptionType::Call;
+    const double exercise = std::max(isCall ? S - K : K - S, 0.0);
+    const double stdDev = sigma * std::sqrt(T);
+    if (!(stdDev > 0.0)) {
+        return std::max(exercise, blackScholesMertonPrice(type, S, K, T, rate, carry, sigma));
+    }
+    // Without a rate to earn, or a call whose carry is at least the rate,
+    // early exercise is worth nothing.
+    if (!(rate > 0.0) || (isCall && carry >= rate)) {
+        return blackScholesMertonPrice(type, S, K, T, rate, carry, sigma);
+    }
+    const double sigma2 = sigma * sigma;
+    const double m = 2.0 * rate / sigma2;
+    const double n = 2.0 * carry / sigma2;
+    const double k = 1.0 - std::exp(-rate * T);
+    const double carryDiscount = std::exp((carry - rate) * T);
+    const double root = std::sqrt((n - 1.0) * (n - 1.0) + 4.0 * m / k);
+    const double rootInf = std::sqrt((n - 1.0) * (n - 1.0) + 4.0 * m);
+
+    if (isCall) {
+        const double q2 = 0.5 * (-(n - 1.0) + root);
+        const double q2Inf = 0.5 * (-(n - 1.0) + rootInf);
+        const double sInf = K / (1.0 - 1.0 / q2Inf);
+        const double h2 = -(carry * T + 2.0 * stdDev) * K / (sInf - K);
+        double si = K + (sInf - K) * (1.0 - std::exp(h2));
+        // Newton on the boundary condition of the call.
+        for (int i = 0; i < kMaxBoundaryIterations; ++i) {
+            const EuropeanAt e = europeanAt(type, si, K, T, rate, carry, sigma);
+            const double lhs = si - K;
+            const double rhs = e.price + (1.0 - carryDiscount * e.nd1) * si / q2;
+            if (std::fabs(lhs - rhs) <= kBoundaryTolerance * K) {
+                break;
+            }
+            const double slope =
+                carryDiscount * e.nd1 * (1.0 - 1.0 / q2) + (1.0 - carryDiscount * e.pdf / stdDev) / q2;
+            const double next = (K + rhs - slope * si) / (1.0 - slope);
+            if (!std::isfinite(next) || next <= 0.0) {
+                break;
+            }
+            si = next;
+        }
+        if (S >= si) {
+            return exercise;
+        }
+        const EuropeanAt e = europeanAt(type, si, K, T, rate, carry, sigma);
+        const double a2 = (si / q2) * (1.0 - carryDiscount * e.nd1);
+        return blackScholesMertonPrice(type, S, K, T, rate, carry, sigma) + a2 * std::pow(S / si, q2);
+    }
+
+    const double q1 = 0.5 * (-(n - 1.0) - root);
+    const double q1Inf = 0.5 * (-(n - 1.0) - rootInf);
+    const double sInf = K / (1.0 - 1.0 / q1Inf);
+    const double h1 = (carry * T - 2.0 * stdDev) * K / (K - sInf);
+    double si = sInf + (K - sInf) * std::exp(h1);
+    for (int i = 0; i < kMaxBoundaryIterations; ++i) {
+        const EuropeanAt e = europeanAt(type, si, K, T, rate, carry, sigma);
+        const double lhs = K - si;
+        const double rhs = e.price - (1.0 - carryDiscount * e.nd1) * si / q1;
+        if (std::fabs(lhs - rhs) <= kBoundaryTolerance * K) {
+            break;
+        }
+        const double slope =
+            -carryDiscount * e.nd1 * (1.0 - 1.0 / q1) - (1.0 + carryDiscount * e.pdf / stdDev) / q1;
+        const double next = (K - rhs + slope * si) / (1.0 + slope);
+        if (!std::isfinite(next) || next <= 0.0) {
+            break;
+        }
+        si = next;
+    }
+    if (S <= si) {
+        return exercise;
+    }
+    const EuropeanAt e = europeanAt(type, si, K, T, rate, carry, sigma);
+    const double a1 = -(si / q1) * (1.0 - carryDiscount * e.nd1);
+    return blackScholesMertonPrice(type, S, K, T, rate, carry, sigma) + a1 * std::pow(S / si, q1);
+}
+
+OptionGreeks baroneAdesiWhaleyGreeks(OptionType type, double S, double K, double T, double rate, double carry,
+                                     double sigma, Underlying underlying)
+{
+    auto price = [&](double s, double t, double r, double v) {
+        // A futures price keeps its zero carry as the rate moves; a spot's
+        // carry moves with the rate (the dividend yield is held).
+        const double b = underlying == Underlying::Spot ? carry + (r - rate) : carry;
+        return baroneAdesiWhaleyPrice(type, s, K, t, r, b, v);
+    };
+    OptionGreeks g;
+    g.price = price(S, T, rate, sigma);
+    const double dS = 1e-4 * S;
+    const double up = price(S + dS, T, rate, sigma);
+    const double down = price(S - dS, T, rate, sigma);
+    g.delta = (up - down) / (2.0 * dS);
+    g.gamma = (up - 2.0 * g.price + down) / (dS * dS);
+    const double dV = 1e-4;
+    g.vega = (price(S, T, rate, sigma + dV) - price(S, T, rate, std::max(sigma - dV, 0.0))) /
+             (sigma + dV - std::max(sigma - dV, 0.0));
+    const double dR = 1e-5;
+    g.rho = (price(S, T, rate + dR, sigma) - price(S, T, rate - dR, sigma)) / (2.0 * dR);
+    // theta = -dV/dT, one-sided near expiry so that T stays positive.
+    const double dT = std::min(1e-5, 0.5 * T);
+    if (dT > 0.0) {
+        g.theta = -(price(S, T + dT, rate, sigma) - price(S, T - dT, rate, sigma)) / (2.0 * dT);
+    }
+    return g;
+}
+
+double baroneAdesiWhaleyImpliedVolatility(OptionType type, double S, double K, double T, double rate,
+                                          double carry, double price, double ceiling)
+{
+    constexpr double kAbsent = utils::kAbsentDouble;
+    if (!(std::isfinite(S) && std::isfinite(K) && std::isfinite(T) && std::isfinite(rate) &&
+          std::isfinite(carry) && std::isfinite(price) && std::isfinite(ceiling))) {
+        return kAbsent;
+    }
+    if (!(S > 0.0 && K > 0.0 && T > 0.0 && price > 0.0 && ceiling > 0.0)) {
+        return kAbsent;
+    }
+    auto excess = [&](double v) { return baroneAdesiWhaleyPrice(type, S, K, T, rate, carry, v) - price; };
+    // The price rises with volatility; bracket the root in (0, ceiling].
+    double lo = 1e-8 * ceiling;
+    double hi = ceiling;
+    double fLo = excess(lo);
+    double fHi = excess(hi);
+    if (!(fLo < 0.0) || fHi < 0.0) {
+        return kAbsent;
+    }
+    if (fHi == 0.0) {
+        return hi;
+    }
+    // Start from the European volatility of the same price, which lies at or
+    // above the American one, and refine by Illinois regula falsi.
+    double guess = impliedVolatility(type, S, K, T, rate, carry, price, ceiling);
+    if (!utils::isAbsent(guess) && guess > lo && guess < hi) {
+        const double f = excess(guess);
+        if (f == 0.0) {
+            return guess;
+        }
+        if (f < 0.0) {
+            lo = guess;
+            fLo = f;
+        } else {
+            hi = guess;
+            fHi = f;
+        }
+    }
+    int side = 0;
+    double v = 0.5 * (lo + hi);
+    for (int i = 0; i < 200 && hi - lo > 1e-14 * hi; ++i) {
+        v = (lo * fHi - hi * fLo) / (fHi - fLo);
+        if (!(v > lo && v < hi)) {
+            v = 0.5 * (lo + hi);
+        }
+        const double f = excess(v);
+        if (f == 0.0) {
+            return v;
+        }
+        if (f < 0.0) {
+            lo = v;
+            fLo = f;
+            if (side == -1) {
+                fHi *= 0.5;
+            }
+            side = -1;
+        } else {
+            hi = v;
+            fHi = f;
+            if (side == 1) {
+                fLo *= 0.5;
+            }
+            side = 1;
+        }
+        if (std::fabs(f) <= 1e-15 * price) {
+            return v;
+        }
+    }
+    return v;
+}
+
+}  // namespace pricing
