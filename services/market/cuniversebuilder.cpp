@@ -37,9 +37,11 @@ const EtfSpec kEtfs[] = {
     {nqservice::kMarketSSE, "510300", "沪深300ETF", "300ETF", 3.90, 0.16, 10129.0},
     {nqservice::kMarketSSE, "510500", "中证500ETF", "500ETF", 5.80, 0.21, 0.0},
     {nqservice::kMarketSSE, "588000", "科创50ETF", "科创50", 0.95, 0.30, 0.0},
+    {nqservice::kMarketSSE, "588080", "科创板50ETF", "科创板50", 0.93, 0.30, 0.0},
     {nqservice::kMarketSZSE, "159919", "嘉实沪深300ETF", "300ETF", 4.00, 0.16, 10150.0},
     {nqservice::kMarketSZSE, "159915", "创业板ETF", "创业板ETF", 2.00, 0.26, 0.0},
     {nqservice::kMarketSZSE, "159922", "嘉实中证500ETF", "500ETF", 5.90, 0.21, 0.0},
+    {nqservice::kMarketSZSE, "159901", "深证100ETF", "深100ETF", 3.00, 0.22, 0.0},
 };
 
 // Soybean meal on the DCE: futures of these delivery months carry options.

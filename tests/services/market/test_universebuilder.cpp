@@ -182,7 +182,7 @@ TEST_F(Universe, StrikeLaddersFollowTheIntervalsAroundTheMoney)
 
 TEST_F(Universe, NamesAndCodesHaveTheExchangesForms)
 {
-    const QRegularExpression name(QStringLiteral("^(50ETF|300ETF|500ETF|科创50|创业板ETF)(购|沽)(\\d{1,2})月(\\d+)(A?)$"));
+    const QRegularExpression name(QStringLiteral("^(50ETF|300ETF|500ETF|科创50|科创板50|创业板ETF|深100ETF)(购|沽)(\\d{1,2})月(\\d+)(A?)$"));
     const QRegularExpression sseCode(QStringLiteral("^1000\\d{4}$"));
     const QRegularExpression szseCode(QStringLiteral("^9000\\d{4}$"));
     int options = 0;
