@@ -103,6 +103,10 @@ void StockSubTable::setRequest(const boost::shared_ptr<nqservice::SubRequest>& r
     old.reset();
 }
 
+CTradeClient::CTradeClient(QObject* parent) : QObject(parent) { registerTradingMetaTypes(); }
+
+CTradeClient::~CTradeClient() = default;
+
 bool makeStockRequest(const CStockRequestParam& param, boost::shared_ptr<StockSubTable>& table)
 {
     if (!param.isValid()) {

@@ -227,8 +227,9 @@ public:
 class CTradeClient : public QObject {
     Q_OBJECT
 public:
-    explicit CTradeClient(QObject* parent = nullptr) : QObject(parent) {}
-    ~CTradeClient() override = default;
+    // Registers the types of its signals for queued connections.
+    explicit CTradeClient(QObject* parent = nullptr);
+    ~CTradeClient() override;
 
     // Volumes per account (in the order of accounts) for a wanted volume split
     // by weights; empty on failure, with error telling why.

@@ -1,5 +1,6 @@
 #include "seam/trading.h"
 #include "seam/user.h"
+#include "support/testsupport.h"
 
 #include <gtest/gtest.h>
 
@@ -186,4 +187,65 @@ TEST(UserSeam, ConfigDirHasNoTrailingSeparator)
     TC::getConfig()->setUseWebView(false);
     EXPECT_FALSE(TC::getConfig()->useWebView());
     utils::CSingletonT<TC::CConfig>::destroy();
+}
+
+namespace {
+
+class SilentTradeClient : public TC::CTradeClient {
+public:
+    std::vector<long long> splitEntrusts(long long, double, EPriceType, const std::vector<boost::shared_ptr<CAccountInfo>>&,
+                                         const std::vector<double>&, EPositionType, std::string, std::string,
+                                         EOperationType, EHedge_Flag_Type, boost::shared_ptr<utils::NQError>, bool,
+                                         bool, const std::map<std::string, long long>&,
+                                         const std::vector<long long>&) override
+    {
+        return {};
+    }
+    void cancelOrder(const boost::shared_ptr<COrderDetail>&, QString&, int, QString,
+                     const boost::shared_ptr<TC::COrderAuxInfo>&) override
+    {
+    }
+    void checkStkOptCombPosition_async(const boost::shared_ptr<CAccountInfo>&) override {}
+    bool requestStockVolume(const TC::CStockRequestParam& param, boost::shared_ptr<TC::StockSubTable>& table) override
+    {
+        table = boost::make_shared<TC::StockSubTable>();
+        table->setStockKey(utils::vqStockKey(param.market, param.code));
+        ++requests;
+        return true;
+    }
+    int requests = 0;
+};
+
+}  // namespace
+
+TEST(TradeClient, LoginSignalCrossesThreads)
+{
+    auto* client = utils::CManualSingletonT<TC::CTradeClient>::create<SilentTradeClient>();
+    QObject receiver;
+    std::string seenKey;
+    EBROKER_LOGIN_STATUS seenStatus = BLS_NONE;
+    QObject::connect(client, &TC::CTradeClient::sigLoginStatus, &receiver,
+                     [&](const CAccountInfoPtr& account, EBROKER_LOGIN_STATUS status, std::string) {
+                         seenKey = account ? account->getKey() : std::string();
+                         seenStatus = status;
+                     }, Qt::QueuedConnection);
+    auto account = boost::make_shared<CAccountInfo>();
+    account->accountId = "SO001";
+    std::thread sender([&] { emit client->sigLoginStatus(account, BLS_READY, "ok"); });
+    sender.join();
+    EXPECT_TRUE(testsupport::waitUntil([&] { return seenStatus == BLS_READY; }, 2000));
+    EXPECT_EQ("SO001", seenKey);
+
+    TC::CStockRequestParam param;
+    param.accounts.push_back("SO001");
+    param.market = "SH";
+    param.code = "10004001";
+    param.operationType = OT_BUY_OPEN;
+    param.callback = [](std::string, long long) {};
+    boost::shared_ptr<TC::StockSubTable> table;
+    EXPECT_TRUE(TC::makeStockRequest(param, table));
+    ASSERT_TRUE(table);
+    EXPECT_EQ(utils::vqStockKey("SH", "10004001"), table->stockKey());
+    EXPECT_EQ(1, static_cast<SilentTradeClient*>(client)->requests);
+    utils::CManualSingletonT<TC::CTradeClient>::destroy();
 }
