@@ -13,6 +13,8 @@ enum EUiEventCode {
     UE_TABLE_HSCROLL = 17,
     UE_COLUMN_RESIZED = 21,
     UE_CELL_PRIMARY = 47,
+    UE_CELL_EDITING = 51,         // a cell edit before commit; data is a WG::CTableEditRecord*
+    UE_CELL_EDIT_COMMITTED = 52,  // a cell edit was committed; data is a WG::CTableEditRecord*
     UE_CELL_ACTIVATED = 49,
     UE_CELL_SECONDARY = 54,
     UE_CHECK_CLICKED = 69,
@@ -25,6 +27,8 @@ enum EUiEventCode {
     UE_TEXT_FILTER_CHANGED = 172,
     UE_DELEGATE_CHECK_CHANGED = 232,  // a check box cell changed
     UE_DELEGATE_BUTTON_CLICKED = 235,  // a push button cell was pressed
+    UE_DELEGATE_COMBO_CHANGED = 236,  // a combo cell chose another item; arg the index
+    UE_DELEGATE_SPIN_CHANGED = 237,   // a spin box cell took a new value; text is the key
     UE_ADD_INSTRUMENT = 1032,  // a code was looked up; text is its stock key
     UE_SET_PRICE_TYPE = 1128,
     UE_SET_LIMIT_PRICE = 1129,
