@@ -146,6 +146,42 @@ TEST_F(WidgetThemeTest, RiseIsRedAndFallIsGreenInBothThemes)
     }
 }
 
+TEST_F(WidgetThemeTest, StyleSheetsFollowTheTheme)
+{
+    for (const char* theme : {"dark", "light"}) {
+        WG::CUiResource::get()->setTheme(QString::fromLatin1(theme));
+        const QString background = themeColor("clr_edit_background").name(QColor::HexArgb);
+        for (WG::SS_ControlType type : {WG::SS_COMBOBOX, WG::SS_LINEEDIT, WG::SS_SPINBOX, WG::SS_TEXTEDIT}) {
+            const QString style = WG::CStyleSheetCenter::getStyle(type, nullptr);
+            EXPECT_TRUE(style.contains(background)) << theme << " type " << int(type) << ": " << style.toStdString();
+            EXPECT_TRUE(style.contains(QStringLiteral("Noto Sans CJK SC"))) << int(type);
+        }
+        EXPECT_TRUE(WG::CStyleSheetCenter::getStyle(WG::SS_COMBOBOX).contains(
+            QStringLiteral(":/optdesk/images/%1/img_combo_arrow.svg").arg(QString::fromLatin1(theme))));
+        WG::CStyleSheetOption option;
+        option.backgroundKey = QStringLiteral("clr_global_rise");
+        option.frame = false;
+        const QString custom = WG::CStyleSheetCenter::getStyle(WG::SS_LINEEDIT, &option);
+        EXPECT_TRUE(custom.contains(themeColor("clr_global_rise").name(QColor::HexArgb)));
+        EXPECT_TRUE(custom.contains(QStringLiteral("border: 1px solid transparent")));
+        for (WG::SS_ControlType type : {WG::SS_SCROLLBAR, WG::SS_MENU, WG::SS_TOOLTIP, WG::SS_DIALOG, WG::SS_TABWIDGET}) {
+            EXPECT_FALSE(WG::CStyleSheetCenter::getStyle(type).isEmpty()) << int(type);
+        }
+    }
+}
+
+TEST_F(WidgetThemeTest, SimpleTextMeasuresInTheFontOfTheKey)
+{
+    const QSize one = WG::CSimpleText::getSize(QStringLiteral("认购"), QStringLiteral("fnt_default_normal_fix"));
+    const QSize two = WG::CSimpleText::getSize(QStringLiteral("认购认购"), QStringLiteral("fnt_default_normal_fix"));
+    const QSize large = WG::CSimpleText::getSize(QStringLiteral("认购"), QStringLiteral("fnt_default_large_fix"));
+    EXPECT_GT(one.width(), 0);
+    EXPECT_EQ(two.width(), 2 * one.width());
+    EXPECT_GT(large.width(), one.width());
+    EXPECT_GT(large.height(), one.height());
+    EXPECT_EQ(WG::CSimpleText::getSize(QString(), QStringLiteral("fnt_default_normal_fix")).width(), 0);
+}
+
 // Renders a sample of every family; returns the window so the caller can grab it.
 std::unique_ptr<QWidget> buildGallery()
 {
