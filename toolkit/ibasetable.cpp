@@ -46,13 +46,14 @@ QString csvField(const QString& text)
 
 }  // namespace
 
-IBaseTable::IBaseTable(int id, QWidget* parent, EBaseTableMenuFlags menuFlags)
+IBaseTable::IBaseTable(int id, QWidget* parent, EBaseTableMenuFlags menuFlags, CTableView* view)
     : CBaseWidget(QStringLiteral("table"), false, parent),
       m_id(id),
       m_menuFlags(menuFlags),
       m_invalidText(QStringLiteral("-"))
 {
-    m_view = new CTableView(this, this);
+    m_view = view != nullptr ? view : new CTableView(this, this);
+    m_view->setParent(this);
     m_header = new CTableHeaderView(this, m_view);
     m_view->setHorizontalHeader(m_header);
     m_painter = new CTableItemPainter(this, m_view);
@@ -781,9 +782,14 @@ void IBaseTable::sortByColumn(int column, int order)
         return;
     }
     onModelFlushNeeded();
+    const bool same = m_sortColumn == column && m_sortOrder == order;
     m_sortColumn = column;
     m_sortOrder = order;
-    m_proxy->sort(column, order == TSO_DESCENDING ? Qt::DescendingOrder : Qt::AscendingOrder);
+    if (same) {
+        m_proxy->invalidate();  // the proxy skips a sort it believes done; values may have changed
+    } else {
+        m_proxy->sort(column, order == TSO_DESCENDING ? Qt::DescendingOrder : Qt::AscendingOrder);
+    }
     m_header->viewport()->update();
 }
 

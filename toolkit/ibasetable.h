@@ -44,7 +44,8 @@ class IBaseTable : public CBaseWidget {
     friend class CTableStatRow;
 
 public:
-    IBaseTable(int id, QWidget* parent, EBaseTableMenuFlags menuFlags);
+    // view: a drawing surface of a subclass's own kind; the table takes it. Null gives the standard view.
+    IBaseTable(int id, QWidget* parent, EBaseTableMenuFlags menuFlags, CTableView* view = nullptr);
     ~IBaseTable() override;
 
     int id() const { return m_id; }
