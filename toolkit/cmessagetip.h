@@ -28,6 +28,11 @@ public:
     // align: where the tip sits against the anchor (AL_BOTTOM, 64, below it; AL_TOP, AL_LEFT, AL_RIGHT);
     // seconds: how long it stays; maxWidth: where its text wraps.
     static void showTip(QWidget* anchor, QFlags<EAlign> align, const QString& text, int seconds = 3, int maxWidth = 300);
+    // The same with the alignment as a plain number, as callers write it (0x40).
+    static void showTip(QWidget* anchor, int align, const QString& text, int seconds = 3, int maxWidth = 300)
+    {
+        showTip(anchor, QFlags<EAlign>(QFlag(align)), text, seconds, maxWidth);
+    }
     static void hideTip();
     static bool isTipVisible();
     static CMessageTipRecord lastTip();

@@ -158,7 +158,7 @@ TEST(MessageTip, ShowsBelowItsAnchorAndGoesAwayByItself)
     auto* anchor = new QWidget(&window);
     anchor->setGeometry(20, 30, 100, 24);
     window.show();
-    WG::CMessageTip::showTip(anchor, WG::EAligns(64), QStringLiteral("可用数量不足"), 1, 300);
+    WG::CMessageTip::showTip(anchor, 0x40, QStringLiteral("可用数量不足"), 1, 300);
     EXPECT_TRUE(WG::CMessageTip::isTipVisible());
     const WG::CMessageTipRecord tip = WG::CMessageTip::lastTip();
     EXPECT_EQ(tip.text, QStringLiteral("可用数量不足"));
