@@ -330,6 +330,32 @@ TEST_F(WidgetThemeTest, GalleryRendersInBothThemesWithEveryKeyDefined)
         EXPECT_FALSE(widgettest::areaHasColor(picture, picture.rect(), WG::CUiResource::defaultColor(), 0))
             << "the visible default of an unknown key shows in theme " << theme;
 
+        WG::CCommonDialog dialog(window.get());
+        dialog.setTitle(QStringLiteral("下单设置"));
+        auto* inner = new QWidget();
+        auto* innerLayout = new QVBoxLayout(inner);
+        innerLayout->addWidget(new WG::CCheckBox(1, QStringLiteral("下单前确认"), inner));
+        auto* volume = new WG::CLineEdit(2, inner);
+        volume->setPlaceholderText(QStringLiteral("默认数量"));
+        innerLayout->addWidget(volume);
+        dialog.setInnerWidget(inner);
+        dialog.resize(260, 130);
+        dialog.show();
+        QApplication::processEvents();
+        EXPECT_TRUE(dialog.grab().save(folder + QStringLiteral("/commondialog_%1.png").arg(QString::fromLatin1(theme))));
+        dialog.hide();
+
+        WG::CMessageTip::showTip(volume, 0x40, QStringLiteral("可用数量不足，最多可开 12 张"), 3, 300);
+        QWidget* tip = nullptr;
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (top->isVisible() && top->windowFlags().testFlag(Qt::ToolTip)) {
+                tip = top;
+            }
+        }
+        ASSERT_NE(tip, nullptr);
+        EXPECT_TRUE(tip->grab().save(folder + QStringLiteral("/tip_%1.png").arg(QString::fromLatin1(theme))));
+        WG::CMessageTip::hideTip();
+
         // The message box, grabbed while it is up and then answered.
         QTimer::singleShot(0, [folder, theme]() {
             testsupport::waitUntil([] { return QApplication::activeModalWidget() != nullptr; }, 3000);
