@@ -20,7 +20,8 @@ configure: $(BUILD)/build.ninja
 build: deps configure
 	cmake --build $(BUILD)
 
-run: build
+run: deps configure
+	cmake --build $(BUILD) --target optdesk
 	$(BUILD)/app/optdesk $(ARGS)
 
 test: build

@@ -47,8 +47,11 @@ CDeskWindow::CDeskWindow(CPanelFactory factory, const QString& configDir, int ti
     resize(1440, 900);
     m_tick.setInterval(tickMs);
     connect(&m_tick, &QTimer::timeout, this, &CDeskWindow::onTick);
+    m_marketText = new QLabel(this);
+    m_marketText->setObjectName(QStringLiteral("marketStatus"));
+    statusBar()->addPermanentWidget(m_marketText, 1);
     m_statusText = new QLabel(this);
-    statusBar()->addPermanentWidget(m_statusText, 1);
+    statusBar()->addPermanentWidget(m_statusText);
     buildMenus();
 }
 
@@ -154,8 +157,17 @@ void CDeskWindow::deliverAccounts()
 void CDeskWindow::onTick()
 {
     ++m_ticks;
+    if (m_hostTick) {
+        m_hostTick();
+    }
     for (const Docked& docked : m_panels) {
         docked.panel->onTimer(TC::TUF_QUOTE);
+    }
+    if (m_marketStatus) {
+        const QString text = m_marketStatus();
+        if (text != m_marketText->text()) {
+            m_marketText->setText(text);
+        }
     }
 }
 
@@ -244,9 +256,12 @@ void CDeskWindow::notify(const QString& text)
 
 void CDeskWindow::updateStatus()
 {
-    m_statusText->setText(QStringLiteral("模拟行情  |  面板 %1 个  |  配置目录 %2")
+    m_statusText->setText(QStringLiteral("面板 %1 个  |  配置目录 %2")
                               .arg(m_panels.size())
                               .arg(QFileInfo(m_store.filePath()).absolutePath()));
+    if (m_marketStatus) {
+        m_marketText->setText(m_marketStatus());
+    }
 }
 
 void CDeskWindow::closeEvent(QCloseEvent* event)

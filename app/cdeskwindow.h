@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <functional>
 #include <vector>
 
 class QDockWidget;
@@ -42,6 +43,11 @@ public:
     // Gives every panel the account list again.
     void deliverAccounts();
 
+    // Work the host does on its own tick (a trading-day roll-over check, say), and
+    // the market text of the status bar.
+    void setHostTick(std::function<void()> work) { m_hostTick = std::move(work); }
+    void setMarketStatus(std::function<QString()> text) { m_marketStatus = std::move(text); }
+
     TC::ITradeDockableWidget* panel(const QString& name) const;
     QDockWidget* dock(const QString& name) const;
     QStringList panelNames() const;
@@ -72,6 +78,9 @@ private:
     QString m_theme = QStringLiteral("dark");
     QStringList m_notices;
     QLabel* m_statusText = nullptr;
+    QLabel* m_marketText = nullptr;
+    std::function<void()> m_hostTick;
+    std::function<QString()> m_marketStatus;
     int m_ticks = 0;
     int m_nextWidgetID = 1;
 };

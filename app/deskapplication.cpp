@@ -1,6 +1,7 @@
 #include "app/deskapplication.h"
 
 #include "app/cdesklayoutstore.h"
+#include "app/cdeskservices.h"
 #include "app/cdeskwindow.h"
 #include "app/deskoptions.h"
 #include "app/desklogging.h"
@@ -82,7 +83,14 @@ int runDesk(int argc, char** argv)
 
     int exitCode = 0;
     {
+        DeskServicesConfig serviceConfig;
+        serviceConfig.configDir = options.configDir;
+        serviceConfig.seed = static_cast<unsigned>(options.seed);
+        serviceConfig.quoteRate = options.quoteRate;
+        CDeskServices services(serviceConfig);
         CDeskWindow window(CPanelFactory::withBuiltins(), options.configDir, options.tickMs);
+        window.setHostTick([&services] { services.checkTradingDate(); });
+        window.setMarketStatus([&services] { return services.statusText(); });
         window.restore(options.theme);
         window.show();
         for (const QString& notice : window.notices()) {

@@ -1,5 +1,9 @@
 #include "toolkit/itradedockablewidget.h"
 
+#include "seam/tradinghelpers.h"
+#include "seam/user.h"
+#include "seam/userrecords.h"
+
 namespace TC {
 
 ITradeDockableWidget::ITradeDockableWidget(bool paintsBackground, const QString& name, int widgetID,
@@ -21,7 +25,27 @@ void ITradeDockableWidget::release()
 
 bool ITradeDockableWidget::needRequestAccount(std::string key) const
 {
-    return !key.empty();
+    if (key.empty()) {
+        return false;
+    }
+    CUserConfig* config = getUserConfig();
+    if (config == nullptr) {
+        return false;
+    }
+    const boost::shared_ptr<CAccount> account = config->getAccountData(QString::fromStdString(key));
+    if (!account) {
+        return false;
+    }
+    // Before a host sets a trade type, any type the panel supports will do.
+    if (m_tradeType != 0) {
+        return isBrokerTypeMatchTradeType(account->accountType, static_cast<nqservice::EVqTraderType>(m_tradeType));
+    }
+    for (nqservice::EVqTraderType type : {nqservice::VQ_TRADER_TYPE_STOCK_OPTION, nqservice::VQ_TRADER_TYPE_FUTURE_OPTION}) {
+        if (m_supported.testFlag(type) && isBrokerTypeMatchTradeType(account->accountType, type)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace TC

@@ -1,0 +1,153 @@
+#include "app/cdeskservices.h"
+
+#include "seam/calculator.h"
+#include "seam/common.h"
+#include "seam/cexchangeclient.h"
+#include "seam/cquoteclient.h"
+#include "seam/formatters.h"
+#include "seam/marketenums.h"
+#include "seam/ctimeservice.h"
+#include "seam/logger.h"
+#include "seam/user.h"
+#include "services/market/csimclock.h"
+#include "services/market/csimexchangeclient.h"
+#include "services/market/csimmarket.h"
+#include "services/market/csimquoteclient.h"
+#include "services/pricing/cgreekandoptionscalculator.h"
+#include "services/user/cusersettingsstore.h"
+
+#include <boost/make_shared.hpp>
+
+#include <fmt/format.h>
+
+namespace desk {
+
+namespace {
+bool isWeekend(const QDate& date) { return date.dayOfWeek() >= 6; }
+
+QDate nextTradingDay(QDate date)
+{
+    do {
+        date = date.addDays(1);
+    } while (isWeekend(date));
+    return date;
+}
+}  // namespace
+
+QDateTime CDeskServices::liveMarketStart(const QDateTime& exchangeNow)
+{
+    const QDate today = exchangeNow.date();
+    const QTime now = exchangeNow.time();
+    const bool morning = now >= QTime(9, 30) && now < QTime(11, 30);
+    const bool afternoon = now >= QTime(13, 0) && now < QTime(14, 57);
+    if (!isWeekend(today) && (morning || afternoon)) {
+        return exchangeNow;
+    }
+    const QDate day = (!isWeekend(today) && now < QTime(9, 30)) ? today : nextTradingDay(today);
+    return QDateTime(day, QTime(10, 0), exchangeNow.timeSpec());
+}
+
+CDeskServices::CDeskServices(const DeskServicesConfig& config)
+{
+    const QDateTime start = config.marketStart.isValid()
+                                ? config.marketStart
+                                : liveMarketStart(TC::exchangeDateTime(TC::CSystemTimeService().currentTime()));
+    m_tradingDate = start.date();
+
+    m_clock = new market::CSimClock(start, 1.0);
+    utils::CManualSingletonT<TC::CTimeService>::install(m_clock);
+
+    auto* settings = new TC::CUserSettingsStore(config.configDir);
+    utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(settings);
+    utils::CSingletonT<TC::CConfig>::instance()->setConfigDir(config.configDir);
+
+    m_exchange = new market::CSimExchangeClient(config.seed, m_tradingDate, m_clock);
+    utils::CManualSingletonT<TC::CExchangeClient>::install(m_exchange);
+
+    m_quotes = new market::CSimQuoteClient(m_clock, true);
+    utils::CManualSingletonT<TC::CQuoteClient>::install(m_quotes);
+
+    nqservice::GreekAndOptionsCalculator::setInstance(boost::make_shared<pricing::CGreekAndOptionsCalculator>());
+
+    market::CSimMarketConfig feedConfig;
+    feedConfig.seed = config.seed;
+    feedConfig.snapshotsPerSecond = config.quoteRate;
+    feedConfig.threads = config.feedThreads;
+    feedConfig.clock = m_clock;
+    auto feed = std::make_unique<market::CSimMarket>(m_exchange->instruments(), m_quotes, feedConfig);
+    feed->start();
+    m_quotes->attachFeed(std::move(feed));
+
+    NQ_LOG_INFO(fmt::format(FMT_STRING("simulated market: {0} instruments, trading date {1}, seed {2}, {3} quotes/s per contract"),
+                            m_exchange->instruments().size(), m_tradingDate.toString(Qt::ISODate).toStdString(),
+                            config.seed, config.quoteRate));
+}
+
+void CDeskServices::checkTradingDate()
+{
+    if (m_exchange->checkTradingDate()) {
+        m_tradingDate = m_exchange->tradingDate();
+    }
+}
+
+QString CDeskServices::phaseName(int phase)
+{
+    switch (phase) {
+    case TC::TP_BEFORE_OPEN:
+        return QStringLiteral("开盘前");
+    case TC::TP_NOT_TRADING:
+        return QStringLiteral("非交易时段");
+    case TC::TP_CONTINUOUS:
+        return QStringLiteral("连续竞价");
+    case TC::TP_OPEN_CALL_AUCTION:
+        return QStringLiteral("开盘集合竞价");
+    case TC::TP_AUCTION_MATCHED:
+        return QStringLiteral("集合竞价撮合");
+    case TC::TP_CLOSE_CALL_AUCTION:
+        return QStringLiteral("收盘集合竞价");
+    case TC::TP_CLOSED:
+        return QStringLiteral("已收盘");
+    case TC::TP_AFTER_HOURS:
+        return QStringLiteral("盘后定价");
+    default:
+        return QStringLiteral("-");
+    }
+}
+
+QString CDeskServices::statusText() const
+{
+    const QDateTime now = TC::exchangeDateTime(m_clock->currentTime());
+    const std::string market = "SH";
+    const std::string code = "510050";
+    QString text = QStringLiteral("模拟行情  %1  %2")
+                       .arg(now.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")),
+                            phaseName(m_quotes->getTradingPhase(market, code)));
+    const auto quote = m_quotes->getStockPrice(QString::fromStdString(utils::vqStockKey(market, code)));
+    if (quote && utils::isUsable(quote->lastPrice)) {
+        text += QStringLiteral("  |  50ETF %1 %2")
+                    .arg(WG::formatDoubleNumber(quote->lastPrice, 3, WG::FormatFlags(), false, QStringLiteral("-")),
+                         WG::formatDoubleNumber(quote->changeRatio, 2, utils::FNF_PERCENT, false, QStringLiteral("-")));
+    }
+    return text;
+}
+
+CDeskServices::~CDeskServices()
+{
+    // The feed's threads end before anything they publish into goes away.
+    if (market::CSimMarket* feed = m_quotes->feed()) {
+        feed->stop();
+    }
+    nqservice::GreekAndOptionsCalculator::setInstance(nullptr);
+    utils::CManualSingletonT<TC::CQuoteClient>::destroy();
+    utils::CManualSingletonT<TC::CExchangeClient>::destroy();
+    if (TC::CUserConfig* settings = TC::getUserConfig()) {
+        if (auto* store = dynamic_cast<TC::CUserSettingsStore*>(settings)) {
+            store->save();
+        }
+    }
+    utils::CSingletonT<TC::CUserManager>::destroy();
+    utils::CSingletonT<TC::CConfig>::destroy();
+    utils::CManualSingletonT<TC::CTimeService>::destroy();
+}
+
+}  // namespace desk

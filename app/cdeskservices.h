@@ -1,0 +1,58 @@
+// The in-process services that the desk runs its panels on: the simulated
+// exchange and quote feed, the pricing calculator, the user's settings. It
+// installs them as the process's singletons at start and removes them at exit,
+// in the reverse order, after the feed's threads have ended.
+#pragma once
+
+#include <QDate>
+#include <QDateTime>
+#include <QString>
+
+namespace market {
+class CSimClock;
+class CSimExchangeClient;
+class CSimQuoteClient;
+}  // namespace market
+
+namespace desk {
+
+struct DeskServicesConfig {
+    QString configDir;
+    unsigned seed = 20261122U;
+    double quoteRate = 2.0;  // snapshots per second per contract
+    int feedThreads = 2;
+    // The market's clock starts here (exchange local time) and runs with the wall clock.
+    QDateTime marketStart;
+};
+
+class CDeskServices {
+public:
+    explicit CDeskServices(const DeskServicesConfig& config);
+    ~CDeskServices();
+    CDeskServices(const CDeskServices&) = delete;
+    CDeskServices& operator=(const CDeskServices&) = delete;
+
+    // A live market whatever the hour: in a trading session the wall clock, else
+    // 10:00 of the next trading day (exchange local time).
+    static QDateTime liveMarketStart(const QDateTime& exchangeNow);
+
+    // Rolls the universe over when the clock has reached a later trading day.
+    void checkTradingDate();
+    // "模拟行情 2026-11-23 10:00:05 连续竞价 | 50ETF 2.950 +0.35%": what the status bar shows.
+    QString statusText() const;
+    // The name of a trading phase as the status bar shows it.
+    static QString phaseName(int phase);
+
+    market::CSimClock* clock() const { return m_clock; }
+    market::CSimExchangeClient* exchange() const { return m_exchange; }
+    market::CSimQuoteClient* quotes() const { return m_quotes; }
+    QDate tradingDate() const { return m_tradingDate; }
+
+private:
+    market::CSimClock* m_clock = nullptr;
+    market::CSimExchangeClient* m_exchange = nullptr;
+    market::CSimQuoteClient* m_quotes = nullptr;
+    QDate m_tradingDate;
+};
+
+}  // namespace desk
