@@ -1,6 +1,10 @@
 #include "app/cdeskwindow.h"
 
 #include "seam/logger.h"
+#include "seam/trading.h"
+#include "seam/tradingrecords.h"
+#include "seam/user.h"
+#include "seam/userrecords.h"
 #include "seam/tradingenums.h"
 #include "seam/uievents.h"
 #include "toolkit/cuiresource.h"
@@ -151,6 +155,27 @@ void CDeskWindow::deliverAccounts()
 {
     for (const Docked& docked : m_panels) {
         docked.panel->loadAccounts();
+    }
+    // Accounts whose login is ready are handed over one by one, as a broker
+    // gateway reports them; without a login service none is ready.
+    TC::CUserConfig* user = TC::getUserConfig();
+    nqservice::TradeLogicInterface* logic = utils::CSingletonT<TC::SingletonManager>::instance()->getTradeLogicInterface();
+    if (user == nullptr || logic == nullptr) {
+        return;
+    }
+    const auto* accounts =
+        static_cast<const QVector<boost::shared_ptr<TC::CAccount>>*>(user->getUserDataAddress(TC::UM_ACCOUNT_LIST));
+    if (accounts == nullptr) {
+        return;
+    }
+    for (const auto& account : *accounts) {
+        if (!account || !nqservice::isLoginStatusReady(logic->getLoginStatus(account->key().toStdString()))) {
+            continue;
+        }
+        const boost::shared_ptr<nqservice::CAccountInfo> info = account->toInfo();
+        for (const Docked& docked : m_panels) {
+            docked.panel->requestAccount(*info);
+        }
     }
 }
 

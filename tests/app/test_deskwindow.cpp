@@ -1,6 +1,11 @@
 #include "app/cdeskwindow.h"
 #include "seam/common.h"
 #include "seam/paramstring.h"
+#include "seam/trading.h"
+#include "seam/tradingrecords.h"
+#include "seam/user.h"
+#include "seam/userrecords.h"
+#include "services/user/cusersettingsstore.h"
 #include "support/testsupport.h"
 #include "toolkit/cuiresource.h"
 #include "toolkit/itradedockablewidget.h"
@@ -38,11 +43,13 @@ public:
         tradeTypes << type;
     }
     void loadAccounts() override { ++loadAccountsCalls; }
+    void requestAccount(const nqservice::CAccountInfo& info) override { requested.push_back(info.getKey()); }
     void onTimer(QFlags<TC::ETimerUpdateFlag>) override { ++ticks; }
     void themeChanged() override { ++themeChanges; }
 
     QStringList state{QStringLiteral("initial")};
     QList<int> tradeTypes;
+    std::vector<std::string> requested;
     int setParamCalls = 0;
     int loadAccountsCalls = 0;
     int ticks = 0;
@@ -194,4 +201,39 @@ TEST_F(DeskWindowTest, ScreenshotIsAPictureOfTheWindow)
     const QColor corner(image.pixel(image.width() / 2, image.height() / 2));
     EXPECT_LT(corner.lightness(), 128);
     EXPECT_FALSE(window.saveScreenshot(QStringLiteral("/proc/optdesk-no-such/desk.png"), &error));
+}
+
+namespace {
+// Logins of the paper accounts: one ready, the others not.
+class OneReadyLogin : public nqservice::TradeLogicInterface {
+public:
+    explicit OneReadyLogin(std::string ready) : m_ready(std::move(ready)) {}
+    nqservice::EBROKER_LOGIN_STATUS getLoginStatus(const std::string& key) override
+    {
+        return key == m_ready ? nqservice::BLS_READY : nqservice::BLS_NONE;
+    }
+
+private:
+    std::string m_ready;
+};
+}  // namespace
+
+TEST_F(DeskWindowTest, ReadyAccountsAreHandedToEveryPanel)
+{
+    auto* store = new TC::CUserSettingsStore(dir.path());
+    utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(store);
+    const auto* accounts =
+        static_cast<const QVector<boost::shared_ptr<TC::CAccount>>*>(store->getUserDataAddress(TC::UM_ACCOUNT_LIST));
+    ASSERT_NE(accounts, nullptr);
+    ASSERT_GE(accounts->size(), 2);
+    const std::string ready = accounts->at(1)->key().toStdString();
+    utils::CSingletonT<TC::SingletonManager>::instance()->setTradeLogicInterface(new OneReadyLogin(ready));
+    {
+        desk::CDeskWindow window(recordingFactory(), dir.path(), 50);
+        window.restore();
+        EXPECT_EQ(recording(window, "alpha")->requested, std::vector<std::string>{ready});
+        EXPECT_EQ(recording(window, "beta")->requested, std::vector<std::string>{ready});
+    }
+    utils::CSingletonT<TC::SingletonManager>::destroy();
+    utils::CSingletonT<TC::CUserManager>::destroy();
 }
