@@ -77,11 +77,23 @@ CTableHeaderView::CTableHeaderView(IBaseTable* table, QWidget* parent)
 
 void CTableHeaderView::paintEvent(QPaintEvent* event)
 {
-    {
-        QPainter painter(viewport());
-        painter.fillRect(viewport()->rect(), themeColor("clr_table_header_background"));
-    }
     QHeaderView::paintEvent(event);
+    // The style paints the strip after the last column; give it the theme's colour.
+    int right = 0;
+    for (int visual = count() - 1; visual >= 0; --visual) {
+        const int logical = logicalIndex(visual);
+        if (!isSectionHidden(logical)) {
+            right = sectionViewportPosition(logical) + sectionSize(logical);
+            break;
+        }
+    }
+    if (right < viewport()->width()) {
+        QPainter painter(viewport());
+        const QRect rest(right, 0, viewport()->width() - right, viewport()->height());
+        painter.fillRect(rest, themeColor("clr_table_header_background"));
+        painter.setPen(themeColor("clr_table_grid_line"));
+        painter.drawLine(rest.bottomLeft(), rest.bottomRight());
+    }
 }
 
 void CTableHeaderView::paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const

@@ -1,0 +1,117 @@
+#include "toolkit/chpfdata.h"
+
+#include "seam/common.h"
+#include "seam/formatters.h"
+#include "toolkit/chpfdatamodel.h"
+#include "toolkit/cuiresource.h"
+
+namespace TC {
+
+CHpfData::CHpfData(const nqservice::IDataPtr& data, const CHpfDataModel* model, const QString& colorKey)
+    : m_data(data), m_model(model), m_colorKey(colorKey)
+{
+    if (m_data) {
+        m_key = m_data->getKey();
+        m_bson = m_data->toBsonWithBson();
+    }
+    m_qsKey = QString::fromStdString(m_key);
+}
+
+CHpfData::~CHpfData() = default;
+
+bson::BSONElement CHpfData::field(int column) const
+{
+    if (m_model == nullptr) {
+        return bson::BSONElement();
+    }
+    const CHpfDataColumnProperty property = m_model->columnProperty(column);
+    if (property.fieldName.empty()) {
+        return bson::BSONElement();
+    }
+    return m_bson.getField(property.fieldName);
+}
+
+QString CHpfData::displayText(int column) const
+{
+    if (m_model != nullptr && m_model->getExtraDataModel()->exist(column)) {
+        const QVariant value = m_model->getExtraDataModel()->value(m_qsKey, column);
+        if (value.type() == QVariant::Double) {
+            return WG::formatDoubleNumber(value.toDouble(), 4, utils::FNF_SEGMENTED, false, QStringLiteral("-"));
+        }
+        return value.toString();
+    }
+    const bson::BSONElement element = field(column);
+    if (element.eoo()) {
+        return QString();
+    }
+    switch (element.type()) {
+    case bson::String:
+        return QString::fromStdString(element.str());
+    case bson::NumberDouble:
+        return WG::formatDoubleNumber(element.numberDouble(), m_model->columnProperty(column).decimals,
+                                      utils::FNF_SEGMENTED, false, QStringLiteral("-"));
+    case bson::NumberInt:
+        return WG::formatIntNumber(element.numberInt(), 0, utils::FNF_NONE);
+    case bson::NumberLong:
+        return WG::formatLongLongNumber(element.numberLong(), 0, utils::FNF_NONE);
+    case bson::Bool:
+        return element.boolean() ? QStringLiteral("是") : QStringLiteral("否");
+    default:
+        return QString();
+    }
+}
+
+QString CHpfData::textValue(int column) const
+{
+    const bson::BSONElement element = field(column);
+    return element.type() == bson::String ? QString::fromStdString(element.str()) : displayText(column);
+}
+
+int CHpfData::intValue(int column) const
+{
+    const bson::BSONElement element = field(column);
+    return element.isNumber() ? element.numberInt() : utils::kAbsentInt;
+}
+
+double CHpfData::doubleValue(int column) const
+{
+    if (m_model != nullptr && m_model->getExtraDataModel()->exist(column)) {
+        bool ok = false;
+        const double value = m_model->getExtraDataModel()->value(m_qsKey, column).toDouble(&ok);
+        return ok ? value : utils::kAbsentDouble;
+    }
+    const bson::BSONElement element = field(column);
+    return element.isNumber() ? element.numberDouble() : utils::kAbsentDouble;
+}
+
+long long CHpfData::longLongValue(int column) const
+{
+    const bson::BSONElement element = field(column);
+    return element.isNumber() ? element.numberLong() : utils::kAbsentLongLong;
+}
+
+const QColor* CHpfData::textColor(int column) const
+{
+    if (m_model != nullptr) {
+        if (const QColor* own = m_model->getExtraDataModel()->color(m_qsKey, column)) {
+            return own;
+        }
+    }
+    return m_colorKey.isEmpty() ? nullptr : WG::CUiResource::get()->getColor(m_colorKey);
+}
+
+int CHpfData::getIndexFromName(const QString& name) const
+{
+    if (m_model == nullptr) {
+        return -1;
+    }
+    const std::string wanted = name.toStdString();
+    for (int column = 0; column < m_model->columnCount(); ++column) {
+        if (m_model->columnProperty(column).fieldName == wanted) {
+            return column;
+        }
+    }
+    return -1;
+}
+
+}  // namespace TC
