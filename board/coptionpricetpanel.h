@@ -1,0 +1,150 @@
+// The T-form chain board ("pricet"): one underlying, one expiry at a time. It
+// asks the exchange client which options exist, subscribes all of them at
+// selection, buffers what arrives and moves the buffer into its tables on the
+// host's tick. It owns nothing of the market and places no order itself.
+#pragma once
+
+#include "board/cpricettableschema.h"
+#include "seam/cpricedata.h"
+#include "seam/cquoterequest.h"
+#include "seam/idata.h"
+#include "seam/subrequest.h"
+#include "seam/tradingenums.h"
+#include "toolkit/itradedockablewidget.h"
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <boost/shared_ptr.hpp>
+
+#include <map>
+#include <mutex>
+#include <string>
+
+class QWidget;
+
+namespace WG {
+class CAutoExpandToolBar;
+class CCheckBox;
+class CPushButton;
+class CPushButtonGroup;
+class CSimpleTextWidget;
+class CSplitContainer;
+class CWidgetList;
+}  // namespace WG
+
+namespace TC {
+
+class CAccountsComboBox;
+class CAutoImportOptionExGreeksThread;
+class COptionPriceTGreeksTable;
+class COptionPriceTTable;
+class COptionUndlCodeComboBox;
+class CPriceTQuickOrderWidget;
+
+class COptionPriceTPanel : public ITradeDockableWidget {
+    Q_OBJECT
+public:
+    COptionPriceTPanel(int widgetID, QWidget* parent);
+    ~COptionPriceTPanel() override;
+
+    void setParam(const QString& param) override;
+    QString param() override;
+    void onTimer(QFlags<TC::ETimerUpdateFlag> flags) override;
+    bool handleEvent(int event, int id, int value, QString text, void* data) override;
+    void setTradeType(nqservice::EVqTraderType type) override;
+    void loadAccounts() override;
+
+    // Quote callback, on any thread: keeps the newest record of its code.
+    void onTablePriceData(boost::shared_ptr<TC::CPriceData> data);
+    // Redraws the chain from the quote client's present records.
+    void updateGreek();
+
+    // Read access for the host's tests and tools.
+    COptionPriceTTable* getChainTable() const { return chainTable; }
+    COptionUndlCodeComboBox* getUndlCombo() const { return undlCombo; }
+    WG::CPushButtonGroup* getDateTabs() const { return dateTabs; }
+    WG::CPushButtonGroup* getModeGroup() const { return modeGroup; }
+    WG::CCheckBox* getQuickOrderCheck() const { return quickOrderCheck; }
+    CAccountsComboBox* getAccountCombo() const { return accountCombo; }
+    WG::CAutoExpandToolBar* getToolBar() const { return toolBar; }
+    WG::CSplitContainer* getSplitter() const { return splitter; }
+    QString getCurrentDate() const { return currentDate; }
+    const QMap<int, QString>& getTabDates() const { return tabDates; }
+    const QMap<int, QString>& getTableConfigs() const { return tableConfigs; }
+    nqservice::EVqTraderType getTraderType() const { return traderType; }
+    // The captions and values of the tool bar by widget id (7 to 20), null for other ids.
+    WG::CSimpleTextWidget* figureWidget(int id) const;
+    int pendingQuoteCount() const;
+    int quoteRequestCount() const { return quoteRequests.size(); }
+    bool hasUndlRequest() const { return undlRequest != nullptr; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private slots:
+    // A pass of the Greeks import took new files.
+    void slotReadFinished();
+    // The user switched the Greeks import on or off.
+    void slotAutoImportExGreeksChanged();
+
+private:
+    void createUi();
+    void setDate(const QMap<QString, QStringList>& dates);
+    void setDateInfo();
+    void setInstrumentInfo();
+    void requestInstrumentMapQuote();
+    void queryStockPrice();
+    void doClearTitle();
+    void doClearExpire();
+    void doClearRequest();
+    void resizeLayout();
+    void updateAccounts();
+    void undlChanged();
+    void changeTableMode(int type);
+    void quickOrderToggled(bool checked);
+    // The option map of the present trader type.
+    QMap<QString, QMap<QString, QStringList>> optionMap() const;
+    // The combo's current underlying key, empty without combo or item.
+    QString currentUndl() const;
+    bool hasUndlText() const;
+    WG::CSimpleTextWidget* addFigure(int captionId, const QString& caption, int valueId, int height);
+
+    WG::CAutoExpandToolBar* toolBar = nullptr;
+    WG::CPushButtonGroup* modeGroup = nullptr;
+    COptionUndlCodeComboBox* undlCombo = nullptr;
+    WG::CSimpleTextWidget* remainDaysText = nullptr;
+    WG::CSimpleTextWidget* undlNameText = nullptr;
+    WG::CSimpleTextWidget* lastPriceText = nullptr;
+    WG::CSimpleTextWidget* changeText = nullptr;
+    WG::CSimpleTextWidget* volumeText = nullptr;
+    WG::CSimpleTextWidget* openInterestLabel = nullptr;
+    WG::CSimpleTextWidget* openInterestText = nullptr;
+    WG::CSimpleTextWidget* amountText = nullptr;
+    COptionPriceTTable* chainTable = nullptr;
+    COptionPriceTGreeksTable* greeksTable = nullptr;
+    QMap<QString, boost::shared_ptr<TC::CPriceData>> priceCache;
+    QMap<QString, boost::shared_ptr<TC::CQuoteRequest>> quoteRequests;
+    QMap<int, QString> tabDates;
+    boost::shared_ptr<TC::CQuoteRequest> undlRequest;
+    nqservice::EVqTraderType traderType = nqservice::VQ_TRADER_TYPE_STOCK_OPTION;
+    CPriceTQuickOrderWidget* quickOrderWidget = nullptr;
+    CAccountsComboBox* accountCombo = nullptr;
+    mutable std::recursive_mutex dataMutex;
+    WG::CCheckBox* quickOrderCheck = nullptr;
+    CAutoImportOptionExGreeksThread* exGreeksThread = nullptr;
+    WG::CPushButtonGroup* dateTabs = nullptr;
+    QString currentDate;
+    QMap<int, QString> tableConfigs;
+    WG::CSplitContainer* splitter = nullptr;
+    QMap<std::string, boost::shared_ptr<nqservice::SubRequest>> positionSubs;
+    std::map<std::string, boost::shared_ptr<nqservice::IData>> positionCache;
+
+    // Layout helpers of our own: the panel's vertical list and the strip that holds the month tabs.
+    WG::CWidgetList* mainList = nullptr;
+    QWidget* dateTabsHolder = nullptr;
+    QMap<int, WG::CSimpleTextWidget*> figures;
+};
+
+}  // namespace TC

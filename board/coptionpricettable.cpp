@@ -1,0 +1,518 @@
+#include "board/coptionpricettable.h"
+
+#include "seam/cexchangeclient.h"
+#include "seam/cinstrumentdetail.h"
+#include "seam/cquoteclient.h"
+#include "seam/formatters.h"
+#include "seam/stockcolor.h"
+#include "seam/user.h"
+#include "toolkit/cpushbutton.h"
+#include "toolkit/ctablecellmodel.h"
+#include "toolkit/ctablesortproxy.h"
+#include "toolkit/cwidgetlist.h"
+
+#include <QVariant>
+
+namespace TC {
+
+namespace {
+
+const char* const kButtonIdProperty = "optdeskButtonId";
+const char* const kButtonColorProperty = "optdeskButtonColor";
+const char* const kInTheMoneyKey = "tc_clr_priceT_actual_value_background";
+const char* const kOutOfTheMoneyKey = "tc_clr_priceT_null_value_background";
+
+CExchangeClient* exchange() { return utils::CManualSingletonT<CExchangeClient>::instance(); }
+CQuoteClient* quotes() { return utils::CManualSingletonT<CQuoteClient>::instance(); }
+
+// The number a strike text stands for, an adjusted contract's trailing "A" aside.
+bool strikeValue(QString text, double& value)
+{
+    if (text.endsWith(QLatin1Char('A'))) {
+        text.chop(1);
+    }
+    return WG::CTableSortProxy::parseNumber(text, value);
+}
+
+}  // namespace
+
+COptionPriceTTable::COptionPriceTTable(QWidget* parent) : WG::COddEvenRowTable(1000, parent, WG::BTMF_ALL)
+{
+    writes.reserve(32);
+    // Adjusted strikes ("2.8000A") sort among the plain ones by their number.
+    proxy()->setCustomCompare(
+        [this](int leftRow, int rightRow, int column) { return strikeCompare(leftRow, rightRow, column); });
+    resetTable();
+}
+
+COptionPriceTTable::~COptionPriceTTable() = default;
+
+int COptionPriceTTable::strikeCompare(int leftRow, int rightRow, int column) const
+{
+    if (column != strikeColumn || strikeColumn < 0) {
+        return 0;
+    }
+    double left = 0.0;
+    double right = 0.0;
+    if (!strikeValue(model()->cellText(leftRow, column), left) ||
+        !strikeValue(model()->cellText(rightRow, column), right)) {
+        return 0;
+    }
+    return left < right ? -1 : (right < left ? 1 : 0);
+}
+
+void COptionPriceTTable::setInstrument(QStringList codes)
+{
+    CExchangeClient* client = exchange();
+    if (client == nullptr) {
+        return;
+    }
+    for (const QString& code : codes) {
+        const std::shared_ptr<nqservice::CInstrumentDetail> detail = client->getCodeInfo(code);
+        if (!detail) {
+            continue;
+        }
+        const bool adjusted = CPriceTRowBuilder::isAdjusted(*detail);
+        const double strike = detail->getDoubleField(nqservice::IF_EXERCISE_PRICE);
+        bool placed = false;
+        for (auto row = rowCodes.begin(); row != rowCodes.end() && !placed; ++row) {
+            if (row.value().contains(code)) {
+                placed = true;
+                break;
+            }
+            for (const QString& other : row.value()) {
+                const std::shared_ptr<nqservice::CInstrumentDetail> otherDetail = client->getCodeInfo(other);
+                if (!otherDetail) {
+                    continue;
+                }
+                if (utils::isWithinTolerance(strike, otherDetail->getDoubleField(nqservice::IF_EXERCISE_PRICE)) &&
+                    adjusted == CPriceTRowBuilder::isAdjusted(*otherDetail)) {
+                    if (client->isCall(detail)) {
+                        row.value().prepend(code);
+                    } else {
+                        row.value().append(code);
+                    }
+                    placed = true;
+                    break;
+                }
+            }
+        }
+        if (!placed) {
+            const int row = appendRow();
+            rowCodes[row] = QStringList{code};
+        }
+    }
+    rebuildCodeRows();
+}
+
+void COptionPriceTTable::rebuildCodeRows()
+{
+    codeRows.clear();
+    for (auto row = rowCodes.constBegin(); row != rowCodes.constEnd(); ++row) {
+        for (const QString& code : row.value()) {
+            if (!codeRows.contains(code)) {
+                codeRows.insert(code, row.key());  // the first row in ascending order wins
+            }
+        }
+    }
+}
+
+void COptionPriceTTable::setTableType(TC::EPriceTTableType type)
+{
+    if (type == tableType) {
+        return;
+    }
+    tableType = type;
+    resetTable();
+    updateAllTable();
+}
+
+void COptionPriceTTable::setTradeType(nqservice::EVqTraderType type)
+{
+    traderType = type;
+    resetTable();
+    updateAllTable();
+}
+
+void COptionPriceTTable::resetTable()
+{
+    boldColumns.clear();
+    flashColumns.clear();
+    numberColumns.clear();
+    totalColumns.clear();
+    strikeColumn = -1;
+
+    clearColumns();
+    const QVector<CPriceTColumn>& set = CPriceTTableSchema::columns(tableType, traderType);
+    const int strike = CPriceTTableSchema::strikeColumn(tableType, traderType);
+    setColumnCount(set.size());
+    for (const CPriceTColumn& column : set) {
+        setColumnHeader(column.column, column.header);
+        if (column.bold) {
+            boldColumns.insert(column.column);
+        }
+        if (column.flash) {
+            flashColumns.insert(column.column);
+        }
+        if (column.number) {
+            numberColumns.insert(column.column);
+        }
+        if (column.total) {
+            totalColumns.insert(column.column);
+        }
+        if (column.column == strike) {
+            strikeColumn = strike;
+        }
+    }
+    for (int viewColumn = 0; viewColumn < columnCount(); ++viewColumn) {
+        const int column = columnID(viewColumn);
+        setColumnBoldFont(column, boldColumns.contains(column));
+        setColumnFlashChange(column, flashColumns.contains(column));
+        setColumnVisible(column, true);
+        setColListVisible(column, true);
+    }
+
+    CTradeSetting fallback;
+    const CTradeSetting* setting = &fallback;
+    if (CUserConfig* config = getUserConfig()) {
+        if (const void* address = config->getUserDataAddress(UM_TRADE_SETTING)) {
+            setting = static_cast<const CTradeSetting*>(address);
+        }
+    }
+    if (!setting->autoImportExGreeks && tableType == PTT_RISK) {
+        for (int column : CPriceTTableSchema::externalGreekColumns()) {
+            setColumnVisible(column, false);
+        }
+    }
+    adjustColumnWidth();
+}
+
+void COptionPriceTTable::updateExGreeksData()
+{
+    if (tableType == PTT_RISK) {
+        updateAllTable();
+    }
+}
+
+void COptionPriceTTable::updateExGreeksVisible()
+{
+    const CUserConfig* config = getUserConfig();
+    const void* address = config != nullptr ? config->getUserDataAddress(UM_TRADE_SETTING) : nullptr;
+    if (address == nullptr || !static_cast<const CTradeSetting*>(address)->autoImportExGreeks || tableType != PTT_RISK) {
+        return;
+    }
+    for (int column : CPriceTTableSchema::externalGreekColumns()) {
+        setColumnVisible(column, true);
+    }
+}
+
+void COptionPriceTTable::doClear()
+{
+    clear();
+    rowCodes.clear();
+    codeRows.clear();
+}
+
+QString COptionPriceTTable::getSelectStockCode(int row, int column)
+{
+    const int codeColumn = CPriceTTableSchema::selectCodeColumn(tableType, traderType, column);
+    if (codeColumn < 0) {
+        return QString();
+    }
+    return itemText(row, codeColumn);
+}
+
+WG::CWidgetList* COptionPriceTTable::createButton(int id, TC::ButtonColor color, QWidget* parent)
+{
+    if (id < 0) {
+        return nullptr;
+    }
+    QString a;
+    QString b;
+    switch (color) {
+    case BC_COVERED:
+        a = QStringLiteral("clr_global_fall");
+        b = QStringLiteral("clr_global_rise");
+        break;
+    case BC_BUY:
+        a = QStringLiteral("clr_global_rise");
+        b = a;
+        break;
+    case BC_SELL:
+        a = QStringLiteral("clr_global_fall");
+        b = a;
+        break;
+    default:
+        break;
+    }
+    auto* list = new WG::CWidgetList(Qt::Horizontal, parent);
+    list->setMargin(0, 0, 0, 0);
+    list->setSpacing(0);
+    list->setFixedWidth(50);
+    auto* open = new WG::CPushButton(QStringLiteral("tc_img_btn_order_mode"), id, 1, 1, 24, 21, 0, list);
+    open->setText(QStringLiteral("开"));
+    open->setHorizontalText(true);
+    open->setTextColorKey(a, a, a, a);
+    auto* close = new WG::CPushButton(QStringLiteral("tc_img_btn_order_mode"), id + 1, 1, 1, 24, 21, 0, list);
+    close->setText(QStringLiteral("平"));
+    close->setHorizontalText(true);
+    close->setTextColorKey(b, a, a, a);
+    list->addFixedWidget(open, WG::WA_CENTER, false);
+    list->addFixedWidget(close, WG::WA_CENTER, false);
+    list->updateWidgetLength();
+    list->setProperty(kButtonIdProperty, id);
+    list->setProperty(kButtonColorProperty, static_cast<int>(color));
+    ++buttonListsMadeCount;
+    return list;
+}
+
+void COptionPriceTTable::placeButtons(int row, int column, int id, TC::ButtonColor color)
+{
+    // A fresh pair per update would show exactly what the cell shows already; keeping
+    // it spares the widget churn of every tick and keeps a press under way alive.
+    if (QWidget* present = itemWidget(row, column)) {
+        if (present->property(kButtonIdProperty).toInt() == id &&
+            present->property(kButtonColorProperty).toInt() == static_cast<int>(color)) {
+            return;
+        }
+    }
+    setItemWidget(row, column, createButton(id, color, this), WG::AL_CENTER, true);
+}
+
+void COptionPriceTTable::applyWrites(int row, const TPriceTCellWrites& cellWrites)
+{
+    for (const CPriceTCellWrite& write : cellWrites) {
+        switch (write.kind) {
+        case CPriceTCellWrite::CW_TEXT:
+            setItemText(row, write.column, write.text, true);
+            break;
+        case CPriceTCellWrite::CW_DOUBLE:
+            setItemDouble(row, write.column, write.value, write.decimals, write.flags, true);
+            break;
+        case CPriceTCellWrite::CW_INT:
+            setItemInt(row, write.column, write.intValue, write.flags, write.intArg);
+            break;
+        case CPriceTCellWrite::CW_TEXT_COLOR:
+            setItemTextColorKey(row, write.column, write.key, true);
+            break;
+        case CPriceTCellWrite::CW_BUTTONS:
+            placeButtons(row, write.column, write.buttonId, static_cast<TC::ButtonColor>(write.buttonColor));
+            break;
+        case CPriceTCellWrite::CW_NET:
+            // operator[] enters an empty sum for a new code: it counts 0.
+            setItemInt(row, write.column, rowCode2Net[write.text].sum(), 0, true);
+            break;
+        }
+    }
+}
+
+void COptionPriceTTable::updateQuoteTable(int row, boost::shared_ptr<TC::CPriceData> data)
+{
+    if (!data || tableType != PTT_QUOTE) {
+        return;
+    }
+    if (CPriceTRowBuilder::buildQuote(row, data, traderType, writes)) {
+        applyWrites(row, writes);
+    }
+}
+
+void COptionPriceTTable::updateInfoTable(int row, boost::shared_ptr<TC::CPriceData> data)
+{
+    if (!data || tableType != PTT_INFO) {
+        return;
+    }
+    if (CPriceTRowBuilder::buildInfo(row, data, traderType, writes)) {
+        applyWrites(row, writes);
+    }
+}
+
+void COptionPriceTTable::updatePriceTable(int row, boost::shared_ptr<TC::CPriceData> data)
+{
+    if (!data || tableType != PTT_PRICE) {
+        return;
+    }
+    if (CPriceTRowBuilder::buildPrice(row, data, traderType, writes)) {
+        applyWrites(row, writes);
+    }
+}
+
+double COptionPriceTTable::calcForecastMargin(const std::shared_ptr<nqservice::CInstrumentDetail>& option)
+{
+    return CPriceTRowBuilder::calcForecastMargin(option);
+}
+
+void COptionPriceTTable::updateTableByPrice(boost::shared_ptr<TC::CPriceData> data)
+{
+    if (!data) {
+        return;
+    }
+    CExchangeClient* client = exchange();
+    if (client == nullptr) {
+        return;
+    }
+    const QString code = WG::sToQs(utils::vqStockKey(data->market, data->code));
+    if (!client->getCodeInfo(code)) {
+        return;
+    }
+    const int row = codeRows.value(code, -1);
+    if (row < 0) {
+        return;
+    }
+    switch (tableType) {
+    case PTT_QUOTE:
+        updateQuoteTable(row, data);
+        break;
+    case PTT_INFO:
+        updateInfoTable(row, data);
+        break;
+    case PTT_PRICE:
+        updatePriceTable(row, data);
+        break;
+    default:
+        break;  // the risk and target rows are computed by their own functions
+    }
+}
+
+void COptionPriceTTable::updateAllTable()
+{
+    setRowCount(rowCodes.size());
+    CExchangeClient* client = exchange();
+    CQuoteClient* quoteClient = quotes();
+    if (client != nullptr && quoteClient != nullptr) {
+        for (auto row = rowCodes.constBegin(); row != rowCodes.constEnd(); ++row) {
+            for (const QString& code : row.value()) {
+                const boost::shared_ptr<CPriceData> data = quoteClient->getStockPrice(code);
+                const std::shared_ptr<nqservice::CInstrumentDetail> detail = client->getCodeInfo(code);
+                if (!data || !detail) {
+                    continue;
+                }
+                switch (tableType) {
+                case PTT_QUOTE:
+                    updateQuoteTable(row.key(), data);
+                    break;
+                case PTT_INFO:
+                    updateInfoTable(row.key(), data);
+                    break;
+                case PTT_PRICE:
+                    updatePriceTable(row.key(), data);
+                    break;
+                default:
+                    break;
+                }
+                resetBackgroundColor(row.key(), detail);
+            }
+            resetFrontgroundColor(row.key());
+        }
+    }
+    // The literal strike columns of the sets: 16, 14, 15, 19, 13, 4.
+    const int sortColumn = CPriceTTableSchema::strikeColumn(tableType, traderType);
+    if (sortColumn >= 0) {
+        sortByColumn(sortColumn, WG::TSO_ASCENDING);
+    }
+    applyTraderTypeHiding();
+    QWidget::update();
+}
+
+void COptionPriceTTable::applyTraderTypeHiding()
+{
+    bool fromList = false;
+    const QVector<int> hidden = CPriceTTableSchema::hiddenColumns(tableType, traderType, fromList);
+    for (int column : hidden) {
+        if (fromList) {
+            setColListVisible(column, false);
+        }
+        setColumnVisible(column, false);
+    }
+}
+
+void COptionPriceTTable::resetBackgroundColor(int row, const std::shared_ptr<nqservice::CInstrumentDetail>& detail)
+{
+    CExchangeClient* client = exchange();
+    CQuoteClient* quoteClient = quotes();
+    if (!detail || client == nullptr || quoteClient == nullptr) {
+        return;
+    }
+    const QString undlKey = WG::sToQs(utils::vqStockKey(detail->getTextField(nqservice::IF_UNDERLYING_MARKET),
+                                                        detail->getTextField(nqservice::IF_UNDERLYING_CODE)));
+    const boost::shared_ptr<CPriceData> undl = quoteClient->getStockPrice(undlKey);
+    if (!undl) {
+        return;
+    }
+    const double S = undl->lastPrice;
+    const double K = detail->getDoubleField(nqservice::IF_EXERCISE_PRICE);
+    int first = 0;
+    int last = -1;
+    const char* key = kOutOfTheMoneyKey;
+    if (client->isCall(detail)) {
+        // An absent last price is the largest double: a call then shades as in the money.
+        if (K - S < -utils::kPriceTolerance) {
+            key = kInTheMoneyKey;
+        }
+        CPriceTTableSchema::leftBlock(tableType, traderType, first, last);
+    } else {
+        if (K - S > utils::kPriceTolerance) {
+            key = kInTheMoneyKey;
+        }
+        CPriceTTableSchema::rightBlock(tableType, traderType, first, last);
+    }
+    for (int column = first; column <= last; ++column) {
+        setItemBackgroundColorKey(row, column, key, true);
+    }
+}
+
+void COptionPriceTTable::resetFrontgroundColor(int row)
+{
+    for (int column : numberColumns) {
+        setItemTextColorKey(row, column, "tc_clr_priceT_number", true);
+    }
+    for (int column : totalColumns) {
+        setItemTextColorKey(row, column, "tc_clr_priceT_total", true);
+    }
+    if (strikeColumn >= 0) {
+        setItemTextColorKey(row, strikeColumn, "tc_clr_pricet_exercise_price", true);
+    }
+}
+
+void COptionPriceTTable::themeChanged()
+{
+    WG::COddEvenRowTable::themeChanged();
+    CExchangeClient* client = exchange();
+    CQuoteClient* quoteClient = quotes();
+    if (client == nullptr || quoteClient == nullptr) {
+        return;
+    }
+    for (auto row = rowCodes.constBegin(); row != rowCodes.constEnd(); ++row) {
+        for (const QString& code : row.value()) {
+            const boost::shared_ptr<CPriceData> data = quoteClient->getStockPrice(code);
+            const std::shared_ptr<nqservice::CInstrumentDetail> detail = client->getCodeInfo(code);
+            if (!data || !detail) {
+                continue;
+            }
+            const CPriceTSideColours colours =
+                CPriceTTableSchema::themeColours(tableType, traderType, client->isCall(detail));
+            if (colours.bidColumn >= 0) {
+                setItemTextColorKey(row.key(), colours.bidColumn, getStockColorKey(data->bidPrice1, data->preClose),
+                                    true);
+            }
+            if (colours.askColumn >= 0) {
+                setItemTextColorKey(row.key(), colours.askColumn, getStockColorKey(data->askPrice1, data->preClose),
+                                    true);
+            }
+            const char* rise = getStockColorKey(data->changeAmount, 0);
+            for (int column : colours.riseColumns) {
+                setItemTextColorKey(row.key(), column, rise, true);
+            }
+            resetBackgroundColor(row.key(), detail);
+        }
+        resetFrontgroundColor(row.key());
+    }
+}
+
+bool COptionPriceTTable::handleEvent(int code, int id, int arg, QString text, void* data)
+{
+    // The order flow of the buttons comes with the order dialog; until then the
+    // clicks travel on to the panel unchanged.
+    return WG::COddEvenRowTable::handleEvent(code, id, arg, text, data);
+}
+
+}  // namespace TC

@@ -1,0 +1,116 @@
+// The T of the chain board: one row per strike, the call's columns left of the
+// strike and the put's right of it, in one of five column sets. Rows are paired
+// by strike when codes are set; quotes reach a row through updateTableByPrice.
+// It places no order itself yet: the buttons deliver their ids upward.
+#pragma once
+
+#include "board/cpricettableschema.h"
+#include "board/cpricetrowbuilder.h"
+#include "seam/common.h"
+#include "seam/cpricedata.h"
+#include "seam/tradingenums.h"
+#include "toolkit/coddevenrowtable.h"
+
+#include <QHash>
+#include <QMap>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <boost/shared_ptr.hpp>
+
+#include <memory>
+
+namespace nqservice {
+class CInstrumentDetail;
+}
+
+namespace WG {
+class CWidgetList;
+}
+
+namespace TC {
+
+class COptionOrderDialog;
+
+class COptionPriceTTable : public WG::COddEvenRowTable {
+    Q_OBJECT
+public:
+    explicit COptionPriceTTable(QWidget* parent);
+    ~COptionPriceTTable() override;
+
+    // Pairs the codes by strike into rows (new rows are appended).
+    void setInstrument(QStringList codes);
+    void setTableType(TC::EPriceTTableType type);
+    TC::EPriceTTableType getTableType() const { return tableType; }
+    void setTradeType(nqservice::EVqTraderType type);
+    nqservice::EVqTraderType getTradeType() const { return traderType; }
+    // Builds the columns of the present set. The panel calls it on a mode change too.
+    void resetTable();
+    // Drops the rows; the net positions stay.
+    void doClear();
+    // The option of a row on the side of the column.
+    QString getSelectStockCode(int row, int column);
+    // One cell's pair of order buttons "开" (id) and "平" (id + 1); null for a negative id.
+    WG::CWidgetList* createButton(int id, TC::ButtonColor color, QWidget* parent);
+
+    void updateTableByPrice(boost::shared_ptr<TC::CPriceData> data);
+    void updateAllTable();
+    void updateQuoteTable(int row, boost::shared_ptr<TC::CPriceData> data);
+    void updateInfoTable(int row, boost::shared_ptr<TC::CPriceData> data);
+    void updatePriceTable(int row, boost::shared_ptr<TC::CPriceData> data);
+
+    // The imported Greeks changed: the risk rows are drawn again.
+    void updateExGreeksData();
+    // The import was switched on: the risk set shows the imported columns. Only
+    // ever shows; switching off hides them at the next reset.
+    void updateExGreeksVisible();
+
+    const QMap<int, QStringList>& getRowCodes() const { return rowCodes; }
+    // The row holding a code, -1 when none does.
+    int rowOfCode(const QString& code) const { return codeRows.value(code, -1); }
+    int getStrikeColumn() const { return strikeColumn; }
+    const QSet<int>& getBoldColumns() const { return boldColumns; }
+    const QSet<int>& getFlashColumns() const { return flashColumns; }
+    const QSet<int>& getNumberColumns() const { return numberColumns; }
+    const QSet<int>& getTotalColumns() const { return totalColumns; }
+    // Order button lists made since construction; reused lists are not counted.
+    int buttonListsMade() const { return buttonListsMadeCount; }
+
+    bool handleEvent(int code, int id, int arg, QString text, void* data) override;
+    void themeChanged() override;
+
+protected:
+    void resetBackgroundColor(int row, const std::shared_ptr<nqservice::CInstrumentDetail>& detail);
+    void resetFrontgroundColor(int row);
+
+private:
+    double calcForecastMargin(const std::shared_ptr<nqservice::CInstrumentDetail>& option);
+    // Replays a row function's writes into the row.
+    void applyWrites(int row, const TPriceTCellWrites& writes);
+    // Puts the pair of buttons into a cell; a cell that shows this pair already keeps it.
+    void placeButtons(int row, int column, int id, TC::ButtonColor color);
+    void rebuildCodeRows();
+    void applyTraderTypeHiding();
+    int strikeCompare(int leftRow, int rightRow, int column) const;
+
+    TC::EPriceTTableType tableType = PTT_QUOTE;
+    QMap<int, QStringList> rowCodes;
+    QSet<int> boldColumns;
+    QSet<int> flashColumns;
+    QSet<int> numberColumns;
+    QSet<int> totalColumns;
+    int strikeColumn = -1;
+    TC::COptionOrderDialog* orderDialog = nullptr;
+    nqservice::EVqTraderType traderType = nqservice::VQ_TRADER_TYPE_STOCK_OPTION;
+    QString defaultAccount;
+    QMap<QString, utils::TStringMapSum<int>> rowCode2Net;
+
+    // The row of each code, so that a quote finds its row without walking all rows.
+    QHash<QString, int> codeRows;
+    // One buffer of writes, reused by every row update.
+    TPriceTCellWrites writes;
+    int buttonListsMadeCount = 0;
+};
+
+}  // namespace TC

@@ -1,0 +1,28 @@
+// The underlying selector of the boards: every underlying that has options for
+// one trader type, shown by its instrument key, with the option map's key as
+// item data. Empty until the instrument tables are complete.
+#pragma once
+
+#include "seam/tradingenums.h"
+#include "toolkit/ccombobox.h"
+
+namespace TC {
+
+class COptionUndlCodeComboBox : public WG::CComboBox {
+    Q_OBJECT
+public:
+    COptionUndlCodeComboBox(int id, QWidget* parent);
+    ~COptionUndlCodeComboBox() override;
+
+    // Stores the type and lists its underlyings at once.
+    void setTradeType(nqservice::EVqTraderType type);
+    nqservice::EVqTraderType getTradeType() const { return traderType; }
+
+private slots:
+    void slotInitDataFinish();
+
+private:
+    nqservice::EVqTraderType traderType = nqservice::VQ_TRADER_TYPE_STOCK_OPTION;
+};
+
+}  // namespace TC
