@@ -5,7 +5,7 @@ CMAKE_ARGS ?=
 ARGS       ?=
 CTEST_JOBS ?= 2
 
-.PHONY: all deps configure build run test bench test-asan test-tsan clean
+.PHONY: all deps configure build run test bench test-asan test-tsan fuzz clean
 
 all: build
 
@@ -41,6 +41,18 @@ test-tsan: deps
 	cmake -S . -B build-tsan -G $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DOPTDESK_SANITIZE=thread
 	cmake --build build-tsan
 	cd build-tsan && TSAN_OPTIONS="halt_on_error=1 suppressions=$(CURDIR)/cmake/tsan.supp" ctest --output-on-failure -j $(CTEST_JOBS)
+
+# Fuzzes the parse step of the Greeks import with clang's libFuzzer, ASan and
+# UBSan; new inputs go to build-fuzz/corpus, the seeds stay as they are.
+FUZZ_RUNS ?= 10000000
+FUZZ_TIME ?= 7200
+FUZZ_ARGS ?=
+fuzz: deps
+	CXX=clang++ cmake -S fuzz -B build-fuzz -G $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build build-fuzz
+	mkdir -p build-fuzz/corpus
+	build-fuzz/fuzz_exgreeks -runs=$(FUZZ_RUNS) -max_total_time=$(FUZZ_TIME) -max_len=4096 \
+		-dict=fuzz/exgreeks.dict -print_final_stats=1 $(FUZZ_ARGS) build-fuzz/corpus fuzz/corpus/exgreeks
 
 clean:
 	rm -rf $(BUILD) build-bench build-asan build-tsan
