@@ -24,6 +24,7 @@
 
 #include <QDate>
 #include <QHBoxLayout>
+#include <QPainter>
 #include <QResizeEvent>
 #include <QSet>
 #include <QVBoxLayout>
@@ -62,6 +63,19 @@ bool valid(double value) { return !utils::isAbsent(value); }
 
 CExchangeClient* exchange() { return utils::CManualSingletonT<CExchangeClient>::instance(); }
 CQuoteClient* quotes() { return utils::CManualSingletonT<CQuoteClient>::instance(); }
+
+// The strip under the tool bar that holds the month tabs, in the table's colour of the theme.
+class CDateStrip : public QWidget {
+public:
+    explicit CDateStrip(QWidget* parent) : QWidget(parent) {}
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.fillRect(rect(), *WG::CUiResource::get()->getColor(QStringLiteral("clr_table_background")));
+    }
+};
 
 QString formatNumber(double value, int decimals)
 {
@@ -140,9 +154,15 @@ void COptionPriceTPanel::createUi()
     modeGroup->setFixedWidth(160);
     const QStringList modeTexts = {QStringLiteral("行情"), QStringLiteral("指标"), QStringLiteral("风险"),
                                    QStringLiteral("信息")};
+    // The toolkit's button draws an image as an icon beside its text, so the faces
+    // of the system's button images are given as theme colours.
+    WG::CButtonColor modeFace;
+    modeFace.normal = QStringLiteral("clr_order_operation_background");
+    modeFace.hover = QStringLiteral("clr_button_hover");
+    modeFace.active = QStringLiteral("clr_button_checked");
     for (int id = 0; id < modeTexts.size(); ++id) {
-        auto* button =
-            new WG::CPushButton(QStringLiteral("tc_img_btn_order_mode"), id, 1, 1, 40, barHeight, 0, modeGroup);
+        auto* button = new WG::CPushButton(QString(), id, 1, 1, 40, barHeight, 0, modeGroup);
+        button->setButtonColor(modeFace);
         button->setText(modeTexts.at(id));
         button->setHorizontalText(true);
         button->setTextColorKey(QStringLiteral("clr_param_table_order_mode_inactive"),
@@ -184,7 +204,14 @@ void COptionPriceTPanel::createUi()
     accountCombo->setTraderType(nqservice::VQ_TRADER_TYPE_STOCK_OPTION, true);
     toolBar->addToolItem(accountCombo);
     accountCombo->setVisible(false);  // shown with the quick order ladder
-    auto* cancelAll = new WG::CPushButton(QStringLiteral("tc_img_btn_red_small"), kCancelAllId, 1, 1, 44, 20, 0, toolBar);
+    auto* cancelAll = new WG::CPushButton(QString(), kCancelAllId, 1, 1, 44, 20, 0, toolBar);
+    WG::CButtonColor cancelFace;
+    cancelFace.normal = QStringLiteral("clr_small_btn_critical_normal");
+    cancelFace.hover = QStringLiteral("clr_small_btn_critical_hover");
+    cancelFace.active = QStringLiteral("clr_small_btn_critical_hover");
+    cancelAll->setButtonColor(cancelFace);
+    const QString white = QStringLiteral("clr_global_white");
+    cancelAll->setTextColorKey(white, white, white, white);
     cancelAll->setText(QStringLiteral("全撤"));
     cancelAll->setHorizontalText(true);
     toolBar->addToolItem(cancelAll);
@@ -195,7 +222,7 @@ void COptionPriceTPanel::createUi()
     mainList->addFixedWidget(toolBar, WG::WA_FILL, false);
 
     // The month tabs are rebuilt per underlying inside a strip of their own.
-    dateTabsHolder = new QWidget(mainList);
+    dateTabsHolder = new CDateStrip(mainList);
     dateTabsHolder->setFixedHeight(24);
     auto* tabsLayout = new QHBoxLayout(dateTabsHolder);
     tabsLayout->setContentsMargins(0, 0, 0, 0);
@@ -219,7 +246,7 @@ void COptionPriceTPanel::createUi()
 #else
     splitter->setWidgets(chainTable, nullptr, true, 400);
 #endif
-    mainList->addStretchWidget(splitter, 1, WG::WA_LEADING, false);
+    mainList->addStretchWidget(splitter, 1, WG::WA_FILL, false);
     mainList->updateWidgetLength();
 }
 
@@ -352,11 +379,20 @@ void COptionPriceTPanel::setDate(const QMap<QString, QStringList>& dates)
             continue;  // the first date of a month has the tab
         }
         seen.insert(text);
-        auto* tab = new WG::CPushButton(QStringLiteral("img_btn_tab_group"), i + kFirstTabId, 1, 1, 0, 24, 0, dateTabs);
+        auto* tab = new WG::CPushButton(QString(), i + kFirstTabId, 1, 1, 0, 24, 0, dateTabs);
+        // The themes give "clr_tab_header" the colour of a tab's face, so the face takes
+        // it and the text the theme's text colours.
+        WG::CButtonColor tabFace;
+        tabFace.normal = QStringLiteral("clr_tab_header");
+        tabFace.hover = QStringLiteral("clr_button_hover");
+        tabFace.active = QStringLiteral("clr_button_checked");
+        tab->setButtonColor(tabFace);
         tab->setText(text);
         tab->setHorizontalText(true);
-        const QString key = QStringLiteral("clr_tab_header");
-        tab->setTextColorKey(key, key, key, key);
+        tab->setTextColorKey(QStringLiteral("clr_text_default"), QStringLiteral("clr_text_default"),
+                             QStringLiteral("clr_param_table_order_mode_active"),
+                             QStringLiteral("clr_simple_text_disable"));
+        tab->setMinimumWidth(84);
         dateTabs->addPushButton(tab, false);
         tab->show();
         tabDates[i + kFirstTabId] = date;

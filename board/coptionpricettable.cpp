@@ -136,6 +136,7 @@ void COptionPriceTTable::setTradeType(nqservice::EVqTraderType type)
 
 void COptionPriceTTable::resetTable()
 {
+    layoutLoaded = false;
     boldColumns.clear();
     flashColumns.clear();
     numberColumns.clear();
@@ -185,6 +186,7 @@ void COptionPriceTTable::resetTable()
         }
     }
     adjustColumnWidth();
+    fitButtonColumns();
 }
 
 void COptionPriceTTable::updateExGreeksData()
@@ -249,13 +251,22 @@ WG::CWidgetList* COptionPriceTTable::createButton(int id, TC::ButtonColor color,
     list->setMargin(0, 0, 0, 0);
     list->setSpacing(0);
     list->setFixedWidth(50);
-    auto* open = new WG::CPushButton(QStringLiteral("tc_img_btn_order_mode"), id, 1, 1, 24, 21, 0, list);
+    // The toolkit's button draws an image as an icon beside its text, so the face
+    // of "tc_img_btn_order_mode" is given as the theme's cell button colours.
+    WG::CButtonColor face;
+    face.normal = QStringLiteral("clr_table_button_background");
+    face.hover = QStringLiteral("clr_button_hover");
+    face.active = QStringLiteral("clr_button_checked");
+    face.border = QStringLiteral("clr_table_button_border");
+    auto* open = new WG::CPushButton(QString(), id, 1, 1, 24, 21, 0, list);
     open->setText(QStringLiteral("开"));
     open->setHorizontalText(true);
+    open->setButtonColor(face);
     open->setTextColorKey(a, a, a, a);
-    auto* close = new WG::CPushButton(QStringLiteral("tc_img_btn_order_mode"), id + 1, 1, 1, 24, 21, 0, list);
+    auto* close = new WG::CPushButton(QString(), id + 1, 1, 1, 24, 21, 0, list);
     close->setText(QStringLiteral("平"));
     close->setHorizontalText(true);
+    close->setButtonColor(face);
     close->setTextColorKey(b, a, a, a);
     list->addFixedWidget(open, WG::WA_CENTER, false);
     list->addFixedWidget(close, WG::WA_CENTER, false);
@@ -410,7 +421,34 @@ void COptionPriceTTable::updateAllTable()
         sortByColumn(sortColumn, WG::TSO_ASCENDING);
     }
     applyTraderTypeHiding();
+    // Widths follow the content until a saved layout gives them.
+    if (!layoutLoaded && !rowCodes.isEmpty()) {
+        adjustColumnWidth();
+        fitButtonColumns();
+    }
     QWidget::update();
+}
+
+void COptionPriceTTable::fitButtonColumns()
+{
+    // Text widths know nothing of the cells' button pairs; give those columns room for them.
+    const int needed = 54;
+    for (const CPriceTColumn& column : CPriceTTableSchema::columns(tableType, traderType)) {
+        if (column.header == QStringLiteral("备兑") || column.header == QStringLiteral("卖出") ||
+            column.header == QStringLiteral("买入")) {
+            if (columnWidth(column.column) < needed) {
+                setColumnWidth(column.column, needed);
+            }
+        }
+    }
+}
+
+void COptionPriceTTable::loadConfigStr(QString config)
+{
+    WG::COddEvenRowTable::loadConfigStr(config);
+    if (!config.trimmed().isEmpty()) {
+        layoutLoaded = true;
+    }
 }
 
 void COptionPriceTTable::applyTraderTypeHiding()

@@ -79,6 +79,7 @@ public:
 
     bool handleEvent(int code, int id, int arg, QString text, void* data) override;
     void themeChanged() override;
+    void loadConfigStr(QString config) override;
 
 protected:
     void resetBackgroundColor(int row, const std::shared_ptr<nqservice::CInstrumentDetail>& detail);
@@ -92,6 +93,7 @@ private:
     void placeButtons(int row, int column, int id, TC::ButtonColor color);
     void rebuildCodeRows();
     void applyTraderTypeHiding();
+    void fitButtonColumns();
     int strikeCompare(int leftRow, int rightRow, int column) const;
 
     TC::EPriceTTableType tableType = PTT_QUOTE;
@@ -111,6 +113,8 @@ private:
     // One buffer of writes, reused by every row update.
     TPriceTCellWrites writes;
     int buttonListsMadeCount = 0;
+    // A saved layout was given for the present set: its widths stand.
+    bool layoutLoaded = false;
 };
 
 }  // namespace TC
