@@ -10,12 +10,22 @@ namespace pricing {
 namespace {
 
 // Out-of-the-money call of log-moneyness x <= 0 at total deviation s > 0,
-// with the exponentials of x / 2 computed once per solve.
-inline double otmCall(double x, double s, double halfForward, double halfStrike)
+// with the exponentials of x / 2 computed once per solve, and its vega
+// db/ds. One exponential serves the vega and both probabilities:
+// exp(-(h -+ t)^2 / 2) = exp(-(h^2 + t^2) / 2) exp(+-x / 2), since 2 h t = x.
+struct PriceAndVega {
+    double price;
+    double vega;
+};
+
+inline PriceAndVega otmCall(double x, double s, double halfForward, double halfStrike)
 {
     const double h = x / s;
     const double t = 0.5 * s;
-    return halfForward * normCdf(h + t) - halfStrike * normCdf(h - t);
+    const double gauss = std::exp(-0.5 * (h * h + t * t));
+    return {halfForward * normCdfWithGauss(h + t, gauss * halfStrike) -
+                halfStrike * normCdfWithGauss(h - t, gauss * halfForward),
+            kInvSqrt2Pi * gauss};
 }
 
 // A Householder step of this relative size or less ends the search: the step
@@ -28,7 +38,9 @@ constexpr double kCeilingTolerance = 1e-11;
 
 // The search proper: an out-of-the-money call of x <= 0 at normalized price
 // beta; quotedBeta is the price before parity, the scale of its rounding.
-double otmImpliedStdDev(double beta, double x, double maxStdDev, double quotedBeta);
+// halfForward is exp(x / 2), which a caller with the forward and the strike
+// has without an exponential: sqrt(min(F, K) / max(F, K)).
+double otmImpliedStdDev(double beta, double x, double halfForward, double maxStdDev, double quotedBeta);
 
 }  // namespace
 
@@ -63,18 +75,17 @@ double normalizedImpliedStdDev(OptionType type, double beta, double x, double ma
         const double halfForward = std::exp(-0.5 * std::fabs(x));
         otm -= 1.0 / halfForward - halfForward;
     }
-    return otmImpliedStdDev(otm, -std::fabs(x), maxStdDev, beta);
+    return otmImpliedStdDev(otm, -std::fabs(x), std::exp(-0.5 * std::fabs(x)), maxStdDev, beta);
 }
 
 namespace {
 
-double otmImpliedStdDev(double beta, double x, double maxStdDev, double quotedBeta)
+double otmImpliedStdDev(double beta, double x, double halfForward, double maxStdDev, double quotedBeta)
 {
     constexpr double kAbsent = utils::kAbsentDouble;
     if (!(std::isfinite(beta) && std::isfinite(maxStdDev) && maxStdDev > 0.0)) {
         return kAbsent;
     }
-    const double halfForward = std::exp(0.5 * x);
     const double halfStrike = 1.0 / halfForward;
     const double maxPrice = halfForward;
     if (!(beta > 0.0) || !(beta < maxPrice)) {
@@ -88,7 +99,8 @@ double otmImpliedStdDev(double beta, double x, double maxStdDev, double quotedBe
     // takes one distribution value only.
     const double absX = -x;
     const double sc = std::sqrt(2.0 * absX);
-    const double bc = 0.5 * halfForward - halfStrike * normCdf(-sc);
+    // exp(-sc^2 / 2) = exp(x) = halfForward^2.
+    const double bc = 0.5 * halfForward - halfStrike * normCdfWithGauss(-sc, halfForward * halfForward);
     const bool lower = beta < bc;
     double s;
     if (lower) {
@@ -109,7 +121,8 @@ double otmImpliedStdDev(double beta, double x, double maxStdDev, double quotedBe
         s = maxStdDev;
     }
     for (int i = 0; i < kMaxIterations; ++i) {
-        const double b = otmCall(x, s, halfForward, halfStrike);
+        const PriceAndVega pv = otmCall(x, s, halfForward, halfStrike);
+        const double b = pv.price;
         if (b < beta) {
             lo = s;
             if (s >= maxStdDev) {
@@ -122,8 +135,7 @@ double otmImpliedStdDev(double beta, double x, double maxStdDev, double quotedBe
             hiBracketed = true;
         }
         double next;
-        const double h = x / s;
-        const double vega = kInvSqrt2Pi * std::exp(-0.5 * (h * h + 0.25 * s * s));
+        const double vega = pv.vega;
         const double h2u = x * x / (s * s * s) - 0.25 * s;  // b'' / b'
         const double h3u = h2u * h2u - 3.0 * x * x / (s * s * s * s) - 0.25;  // b''' / b'
         double nu;
@@ -176,8 +188,8 @@ double impliedVolatility(OptionType type, double S, double K, double T, double r
         return kAbsent;
     }
     const double sqrtT = std::sqrt(T);
-    const double forward = S * std::exp(carry * T);
-    const double undiscounted = price / std::exp(-rate * T);
+    const double forward = carry == 0.0 ? S : S * std::exp(carry * T);
+    const double undiscounted = price * std::exp(rate * T);
     // The intrinsic value is taken off before normalizing, where the
     // difference of the forward and the strike is exact to one rounding.
     double otm = undiscounted;
@@ -187,7 +199,8 @@ double impliedVolatility(OptionType type, double S, double K, double T, double r
         otm -= K - forward;
     }
     const double scale = 1.0 / std::sqrt(forward * K);
-    const double s = otmImpliedStdDev(otm * scale, -std::fabs(std::log(forward / K)), ceiling * sqrtT,
+    const double halfForward = forward < K ? std::sqrt(forward / K) : std::sqrt(K / forward);
+    const double s = otmImpliedStdDev(otm * scale, -std::fabs(std::log(forward / K)), halfForward, ceiling * sqrtT,
                                       undiscounted * scale);
     if (utils::isAbsent(s)) {
         return kAbsent;
