@@ -369,6 +369,7 @@ void COptionPriceTTable::updateTableByPrice(boost::shared_ptr<TC::CPriceData> da
     if (row < 0) {
         return;
     }
+    rowsWritten = true;
     switch (tableType) {
     case PTT_QUOTE:
         updateQuoteTable(row, data);
@@ -426,7 +427,23 @@ void COptionPriceTTable::updateAllTable()
         adjustColumnWidth();
         fitButtonColumns();
     }
+    // Quotes that come after the refresh may be wider than what it found.
+    contentFitsLeft = 3;
+    rowsWritten = false;
     QWidget::update();
+}
+
+void COptionPriceTTable::updateTable()
+{
+    WG::COddEvenRowTable::updateTable();
+    if (rowsWritten && contentFitsLeft > 0) {
+        --contentFitsLeft;
+        if (!layoutLoaded) {
+            adjustColumnWidth();
+            fitButtonColumns();
+        }
+    }
+    rowsWritten = false;
 }
 
 void COptionPriceTTable::fitButtonColumns()

@@ -80,6 +80,8 @@ public:
     bool handleEvent(int code, int id, int arg, QString text, void* data) override;
     void themeChanged() override;
     void loadConfigStr(QString config) override;
+    // Also fits the widths to the first quotes after a refresh, while no saved layout rules them.
+    void updateTable() override;
 
 protected:
     void resetBackgroundColor(int row, const std::shared_ptr<nqservice::CInstrumentDetail>& detail);
@@ -115,6 +117,9 @@ private:
     int buttonListsMadeCount = 0;
     // A saved layout was given for the present set: its widths stand.
     bool layoutLoaded = false;
+    // Ticks after a full refresh whose quotes may still widen the columns.
+    int contentFitsLeft = 0;
+    bool rowsWritten = false;
 };
 
 }  // namespace TC

@@ -440,3 +440,25 @@ TEST_F(PriceTPanel, QuotesFromAServiceThreadWaitForTheTick)
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(PriceTPanel, FirstQuotesAfterARefreshWidenTheColumns)
+{
+    start();
+    const int before = chain()->columnWidth(1);
+    auto call = quote("10000011", 0.12, 0.10);
+    call->optionStatus = nqservice::SOS_RECENTLY_ADJUSTED;
+    publish(call);
+    panel->onTimer(TC::TUF_QUOTE);
+    EXPECT_EQ(cell("10000011.SH", 1), QStringLiteral("近期调整"));
+    EXPECT_GT(chain()->columnWidth(1), before);
+    // A saved layout keeps its widths.
+    panel->setParam(QStringLiteral("v1,-1,-1,1:40:1"));
+    panel->getDateTabs()->button(24)->click();
+    publish(call);
+    panel->onTimer(TC::TUF_QUOTE);
+    EXPECT_EQ(chain()->columnWidth(1), 40);
+}
+
+}  // namespace

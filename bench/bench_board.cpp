@@ -1,0 +1,225 @@
+// The chain board under load: the cost of one quote on the service thread
+// (onTablePriceData), of one tick that applies a buffered quote for every
+// contract of 50ETF with the shown expiry painted afterwards, and whether ten
+// thousand ticks make widgets or memory grow.
+#include "board/coptionpricetpanel.h"
+#include "board/coptionpricettable.h"
+#include "board/coptionundlcodecombobox.h"
+#include "seam/calculator.h"
+#include "seam/cexchangeclient.h"
+#include "seam/ctimeservice.h"
+#include "seam/user.h"
+#include "services/market/csimexchangeclient.h"
+#include "services/market/csimmarket.h"
+#include "services/market/csimquoteclient.h"
+#include "services/pricing/cgreekandoptionscalculator.h"
+#include "services/user/cusersettingsstore.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <QTimeZone>
+
+#include <boost/make_shared.hpp>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+namespace {
+
+class CSteppedClock : public TC::CTimeService {
+public:
+    explicit CSteppedClock(long long ms) : m_ms(ms) {}
+    long long currentTime() const override { return m_ms; }
+    void advance(long long ms) { m_ms += ms; }
+
+private:
+    long long m_ms;
+};
+
+// Resident memory of the process in kB.
+long residentKb()
+{
+    long pages = 0;
+    long resident = 0;
+    if (FILE* file = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2) {
+            resident = 0;
+        }
+        std::fclose(file);
+    }
+    return resident * 4;
+}
+
+// The desk's services on the generated universe, a shown board on 50ETF with
+// every expiry subscribed, and two rounds of snapshots of every 50ETF option.
+class CBoardRig {
+public:
+    CBoardRig()
+    {
+        const QDate date(2026, 11, 20);
+        clock = new CSteppedClock(QDateTime(date, QTime(10, 30), QTimeZone(8 * 3600)).toMSecsSinceEpoch());
+        utils::CManualSingletonT<TC::CTimeService>::install(clock);
+        exchange = utils::CManualSingletonT<TC::CExchangeClient>::create<market::CSimExchangeClient>(7u, date, clock);
+        quotes = utils::CManualSingletonT<TC::CQuoteClient>::create<market::CSimQuoteClient>(clock, false);
+        market::CSimMarketConfig config;
+        config.seed = 7;
+        config.clock = clock;
+        quotes->attachFeed(std::make_unique<market::CSimMarket>(exchange->instruments(), quotes, config));
+        nqservice::GreekAndOptionsCalculator::setInstance(boost::make_shared<pricing::CGreekAndOptionsCalculator>());
+        utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(new TC::CUserSettingsStore(configDir.path()));
+        quotes->feed()->publishRound();
+
+        panel = std::make_unique<TC::COptionPriceTPanel>(1, nullptr);
+        panel->resize(1900, 900);
+        panel->show();
+        panel->setTradeType(nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
+        panel->getUndlCombo()->setCurrentIndex(panel->getUndlCombo()->findText(QStringLiteral("510050.SH")));
+        QCoreApplication::processEvents();
+
+        QMap<QString, QMap<QString, QStringList>> map;
+        exchange->getStockOptionMap(map);
+        const QMap<QString, QStringList> dates = map.value(QStringLiteral("510050.SH"));
+        for (auto it = dates.constBegin(); it != dates.constEnd(); ++it) {
+            codes << it.value();
+        }
+        for (int round = 0; round < 2; ++round) {
+            clock->advance(3000);
+            std::vector<boost::shared_ptr<TC::CPriceData>>& set = round == 0 ? setA : setB;
+            for (const QString& code : codes) {
+                set.push_back(quotes->feed()->makeSnapshot(code));
+            }
+        }
+        // Drain what the subscriptions delivered while setting up.
+        panel->onTimer(TC::TUF_QUOTE);
+        QCoreApplication::processEvents();
+    }
+    ~CBoardRig()
+    {
+        panel.reset();
+        utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(nullptr);
+        nqservice::GreekAndOptionsCalculator::setInstance(nullptr);
+        utils::CManualSingletonT<TC::CQuoteClient>::destroy();
+        utils::CManualSingletonT<TC::CExchangeClient>::destroy();
+        utils::CManualSingletonT<TC::CTimeService>::destroy();
+    }
+    void buffer(bool first)
+    {
+        for (const auto& data : first ? setA : setB) {
+            panel->onTablePriceData(data);
+        }
+    }
+
+    QTemporaryDir configDir;
+    CSteppedClock* clock = nullptr;
+    market::CSimExchangeClient* exchange = nullptr;
+    market::CSimQuoteClient* quotes = nullptr;
+    std::unique_ptr<TC::COptionPriceTPanel> panel;
+    QStringList codes;
+    std::vector<boost::shared_ptr<TC::CPriceData>> setA;
+    std::vector<boost::shared_ptr<TC::CPriceData>> setB;
+};
+
+// One quote into the panel's buffer, as the quote client's thread delivers it:
+// the key, the lock, the newest-per-code replace. Codes cycle over all of 50ETF.
+void BM_OnTablePriceData(benchmark::State& state)
+{
+    CBoardRig rig;
+    const std::vector<boost::shared_ptr<TC::CPriceData>>& set = rig.setA;
+    std::size_t i = 0;
+    for (auto _ : state) {
+        rig.panel->onTablePriceData(set[i]);
+        if (++i == set.size()) {
+            i = 0;
+        }
+    }
+    state.counters["codes"] = static_cast<double>(set.size());
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_OnTablePriceData);
+
+// One tick with a fresh buffered quote of every 50ETF contract (all expiries;
+// the shown expiry's rows are written). Painting happens afterwards, untimed.
+void BM_TickAllContracts(benchmark::State& state)
+{
+    CBoardRig rig;
+    bool first = true;
+    for (auto _ : state) {
+        state.PauseTiming();
+        rig.buffer(first);
+        first = !first;
+        state.ResumeTiming();
+        rig.panel->onTimer(TC::TUF_QUOTE);
+        state.PauseTiming();
+        QCoreApplication::processEvents();
+        state.ResumeTiming();
+    }
+    state.counters["contracts"] = static_cast<double>(rig.codes.size());
+    state.counters["shownRows"] = static_cast<double>(rig.panel->getChainTable()->getRowCodes().size());
+}
+BENCHMARK(BM_TickAllContracts)->Unit(benchmark::kMillisecond);
+
+// The same tick with the repaint of the board included, for reference.
+void BM_TickAllContractsWithPaint(benchmark::State& state)
+{
+    CBoardRig rig;
+    bool first = true;
+    for (auto _ : state) {
+        state.PauseTiming();
+        rig.buffer(first);
+        first = !first;
+        state.ResumeTiming();
+        rig.panel->onTimer(TC::TUF_QUOTE);
+        rig.panel->repaint();
+        QCoreApplication::processEvents();
+    }
+}
+BENCHMARK(BM_TickAllContractsWithPaint)->Unit(benchmark::kMillisecond);
+
+// Ten thousand ticks, each with fresh quotes of every contract: the widget
+// count, the button lists made and the resident memory must not grow.
+void BM_TenThousandTicks(benchmark::State& state)
+{
+    CBoardRig rig;
+    for (int warm = 0; warm < 50; ++warm) {
+        rig.buffer(warm % 2 == 0);
+        rig.panel->onTimer(TC::TUF_QUOTE);
+        QCoreApplication::processEvents();
+    }
+    const int widgetsBefore = QApplication::allWidgets().size();
+    const int buttonsBefore = rig.panel->getChainTable()->buttonListsMade();
+    const long memoryBefore = residentKb();
+    for (auto _ : state) {
+        for (int tick = 0; tick < 10000; ++tick) {
+            rig.buffer(tick % 2 == 0);
+            rig.panel->onTimer(TC::TUF_QUOTE);
+            QCoreApplication::processEvents();
+        }
+    }
+    state.counters["widgetsBefore"] = widgetsBefore;
+    state.counters["widgetsAfter"] = QApplication::allWidgets().size();
+    state.counters["buttonListsMade"] = rig.panel->getChainTable()->buttonListsMade() - buttonsBefore;
+    state.counters["rssBeforeKb"] = static_cast<double>(memoryBefore);
+    state.counters["rssAfterKb"] = static_cast<double>(residentKb());
+}
+BENCHMARK(BM_TenThousandTicks)->Iterations(1)->Unit(benchmark::kSecond);
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    }
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
