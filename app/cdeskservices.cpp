@@ -14,6 +14,7 @@
 #include "services/market/csimmarket.h"
 #include "services/market/csimquoteclient.h"
 #include "services/pricing/cgreekandoptionscalculator.h"
+#include "services/trading/cdesktradeclient.h"
 #include "services/user/cusersettingsstore.h"
 
 #include <boost/make_shared.hpp>
@@ -64,6 +65,11 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
     m_exchange = new market::CSimExchangeClient(config.seed, m_tradingDate, m_clock);
     utils::CManualSingletonT<TC::CExchangeClient>::install(m_exchange);
 
+    auto* tradeClient = new trading::CDeskTradeClient;
+    utils::CManualSingletonT<TC::CTradeClient>::install(tradeClient);
+    // Panels listen to the trade client for instrument tables being complete.
+    QObject::connect(m_exchange, &TC::CExchangeClient::sigInitDataFinish, tradeClient, &TC::CTradeClient::sigInitDataFinish);
+
     m_quotes = new market::CSimQuoteClient(m_clock, true);
     utils::CManualSingletonT<TC::CQuoteClient>::install(m_quotes);
 
@@ -77,6 +83,13 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
     auto feed = std::make_unique<market::CSimMarket>(m_exchange->instruments(), m_quotes, feedConfig);
     feed->start();
     m_quotes->attachFeed(std::move(feed));
+
+    if (!config.greeksImportDir.isEmpty()) {
+        TC::CTradeSetting trade = settings->tradeSetting();
+        trade.autoImportExGreeks = true;
+        trade.autoImportExGreeksDir = config.greeksImportDir;
+        settings->setTradeSetting(trade);
+    }
 
     NQ_LOG_INFO(fmt::format(FMT_STRING("simulated market: {0} instruments, trading date {1}, seed {2}, {3} quotes/s per contract"),
                             m_exchange->instruments().size(), m_tradingDate.toString(Qt::ISODate).toStdString(),
@@ -139,6 +152,7 @@ CDeskServices::~CDeskServices()
     }
     nqservice::GreekAndOptionsCalculator::setInstance(nullptr);
     utils::CManualSingletonT<TC::CQuoteClient>::destroy();
+    utils::CManualSingletonT<TC::CTradeClient>::destroy();
     utils::CManualSingletonT<TC::CExchangeClient>::destroy();
     if (TC::CUserConfig* settings = TC::getUserConfig()) {
         if (auto* store = dynamic_cast<TC::CUserSettingsStore*>(settings)) {

@@ -21,6 +21,8 @@ struct DeskServicesConfig {
     unsigned seed = 20261122U;
     double quoteRate = 2.0;  // snapshots per second per contract
     int feedThreads = 2;
+    // When set, the Greeks import is switched on for this directory.
+    QString greeksImportDir;
     // The market's clock starts here (exchange local time) and runs with the wall clock.
     QDateTime marketStart;
 };

@@ -1,5 +1,7 @@
 #include "app/cdeskwindow.h"
 
+#include "app/cgreeksimportsettingsdialog.h"
+
 #include "seam/logger.h"
 #include "seam/trading.h"
 #include "seam/tradingrecords.h"
@@ -76,6 +78,13 @@ void CDeskWindow::buildMenus()
         group->addAction(action);
         connect(action, &QAction::triggered, this, [this, name = entry.first] { applyTheme(name); });
     }
+    QMenu* settingsMenu = menuBar()->addMenu(QStringLiteral("设置"));
+    QAction* greeksImport = settingsMenu->addAction(QStringLiteral("希腊值导入..."));
+    greeksImport->setObjectName(QStringLiteral("actionGreeksImport"));
+    connect(greeksImport, &QAction::triggered, this, [this] {
+        CGreeksImportSettingsDialog dialog(this);
+        dialog.exec();
+    });
     QMenu* fileMenu = menuBar()->addMenu(QStringLiteral("布局"));
     connect(fileMenu->addAction(QStringLiteral("保存布局")), &QAction::triggered, this, [this] {
         QString error;

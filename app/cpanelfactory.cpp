@@ -2,21 +2,17 @@
 
 #include "toolkit/itradedockablewidget.h"
 
-#if __has_include("board/coptionpricetpanel.h")
+#ifdef OPTDESK_HAS_PRICET
 #include "board/coptionpricetpanel.h"
-#define OPTDESK_HAS_PRICET 1
 #endif
-#if __has_include("positions/coptionpricequotepanel.h")
+#ifdef OPTDESK_HAS_PRICEQUOTE
 #include "positions/coptionpricequotepanel.h"
-#define OPTDESK_HAS_PRICEQUOTE 1
 #endif
-#if __has_include("strategy/coptionstrategypanel.h")
+#ifdef OPTDESK_HAS_OPS
 #include "strategy/coptionstrategypanel.h"
-#define OPTDESK_HAS_OPS 1
 #endif
-#if __has_include("positions/coptionstrategypositionpanel.h")
+#ifdef OPTDESK_HAS_OPSP
 #include "positions/coptionstrategypositionpanel.h"
-#define OPTDESK_HAS_OPSP 1
 #endif
 
 namespace desk {

@@ -87,6 +87,7 @@ int runDesk(int argc, char** argv)
         serviceConfig.configDir = options.configDir;
         serviceConfig.seed = static_cast<unsigned>(options.seed);
         serviceConfig.quoteRate = options.quoteRate;
+        serviceConfig.greeksImportDir = options.greeksImportDir;
         CDeskServices services(serviceConfig);
         CDeskWindow window(CPanelFactory::withBuiltins(), options.configDir, options.tickMs);
         window.setHostTick([&services] { services.checkTradingDate(); });

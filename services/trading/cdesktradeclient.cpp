@@ -1,0 +1,100 @@
+#include "services/trading/cdesktradeclient.h"
+
+#include "seam/tradinghelpers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace trading {
+
+namespace {
+void fail(const boost::shared_ptr<utils::NQError>& error, const std::string& why)
+{
+    if (error) {
+        error->setError(1, why);
+    }
+}
+}  // namespace
+
+CDeskTradeClient::CDeskTradeClient(QObject* parent) : TC::CTradeClient(parent) {}
+
+QString CDeskTradeClient::notConnectedText() { return QStringLiteral("未连接交易通道, 无法撤单"); }
+
+std::vector<long long> CDeskTradeClient::splitEntrusts(
+    long long volume, double, nqservice::EPriceType, const std::vector<boost::shared_ptr<nqservice::CAccountInfo>>& accounts,
+    const std::vector<double>& weights, nqservice::EPositionType, std::string market, std::string code,
+    nqservice::EOperationType, nqservice::EHedge_Flag_Type, boost::shared_ptr<utils::NQError> error, bool, bool roundToUnit,
+    const std::map<std::string, long long>&, const std::vector<long long>&)
+{
+    if (volume <= 0) {
+        fail(error, "volume must be positive");
+        return {};
+    }
+    if (accounts.empty() || accounts.size() != weights.size()) {
+        fail(error, "every account needs one weight");
+        return {};
+    }
+    double total = 0.0;
+    for (double weight : weights) {
+        if (!std::isfinite(weight) || weight < 0.0) {
+            fail(error, "weights must be finite and not negative");
+            return {};
+        }
+        total += weight;
+    }
+    if (total <= 0.0) {
+        fail(error, "the weights add up to nothing");
+        return {};
+    }
+    const long long unit = roundToUnit ? std::max(1, nqservice::getTradeMinUnit(market, code)) : 1;
+    const long long units = volume / unit;
+    if (units == 0) {
+        fail(error, "volume is below one trade unit");
+        return {};
+    }
+    // Whole units by share, then the remainder to the largest fractions (ties to the earlier account).
+    std::vector<long long> share(accounts.size(), 0);
+    std::vector<double> fraction(accounts.size(), 0.0);
+    long long given = 0;
+    for (std::size_t i = 0; i < accounts.size(); ++i) {
+        const double exact = static_cast<double>(units) * weights[i] / total;
+        share[i] = static_cast<long long>(std::floor(exact));
+        fraction[i] = exact - static_cast<double>(share[i]);
+        given += share[i];
+    }
+    std::vector<std::size_t> order(accounts.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return fraction[a] > fraction[b]; });
+    for (std::size_t k = 0; given < units && k < order.size(); ++k) {
+        if (weights[order[k]] > 0.0) {
+            ++share[order[k]];
+            ++given;
+        }
+    }
+    for (long long& s : share) {
+        s *= unit;
+    }
+    if (error) {
+        error->clear();
+    }
+    return share;
+}
+
+void CDeskTradeClient::cancelOrder(const boost::shared_ptr<nqservice::COrderDetail>&, QString& message, int, QString,
+                                   const boost::shared_ptr<TC::COrderAuxInfo>&)
+{
+    message = notConnectedText();
+}
+
+void CDeskTradeClient::checkStkOptCombPosition_async(const boost::shared_ptr<nqservice::CAccountInfo>&)
+{
+    // Without a backend there are no combination positions to refresh.
+}
+
+bool CDeskTradeClient::requestStockVolume(const TC::CStockRequestParam&, boost::shared_ptr<TC::StockSubTable>&)
+{
+    return false;
+}
+
+}  // namespace trading
