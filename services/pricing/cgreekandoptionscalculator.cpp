@@ -7,7 +7,7 @@
 
 #include "seam/common.h"
 #include "seam/market.h"
-#include "services/pricing/baroneadesiwhaley.h"
+#include "services/pricing/americanfixedpoint.h"
 #include "services/pricing/impliedvolatility.h"
 
 namespace pricing {
@@ -186,7 +186,7 @@ double CGreekAndOptionsCalculator::modelImpliedVolatility(OptionType type, const
     }
     const double carry = carryOf(model, rate);
     if (model.american) {
-        return baroneAdesiWhaleyImpliedVolatility(type, S, K, T, rate, carry, price, ceiling);
+        return americanImpliedVolatility(type, S, K, T, rate, carry, price, ceiling);
     }
     return impliedVolatility(type, S, K, T, rate, carry, price, ceiling);
 }
@@ -201,7 +201,7 @@ bool CGreekAndOptionsCalculator::displayGreeks(OptionType type, const PricingMod
     }
     const double carry = carryOf(model, rate);
     const OptionGreeks g = model.american
-                               ? baroneAdesiWhaleyGreeks(type, S, K, T, rate, carry, volatility, model.underlying)
+                               ? americanGreeks(type, S, K, T, rate, carry, volatility, model.underlying)
                                : blackScholesMertonGreeks(type, S, K, T, rate, carry, volatility, model.underlying);
     if (!(std::isfinite(g.delta) && std::isfinite(g.gamma) && std::isfinite(g.theta) && std::isfinite(g.vega) &&
           std::isfinite(g.rho))) {

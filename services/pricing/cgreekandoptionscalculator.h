@@ -1,6 +1,6 @@
 // The desk's options calculator: Black-Scholes for options on a spot (the
-// exchanges' ETF options, European), Barone-Adesi-Whaley on Black-76 for
-// options on futures (American). Units and conventions are those of
+// exchanges' ETF options, European), the boundary-integral American price
+// (americanfixedpoint.h) on Black-76 for options on futures (American). Units and conventions are those of
 // seam/calculator.h; the maths lives in the pricing functions beside it.
 #pragma once
 

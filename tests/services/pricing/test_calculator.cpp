@@ -15,7 +15,7 @@
 #include "seam/calculator.h"
 #include "seam/common.h"
 #include "seam/market.h"
-#include "services/pricing/baroneadesiwhaley.h"
+#include "services/pricing/americanfixedpoint.h"
 #include "services/pricing/cgreekandoptionscalculator.h"
 #include "services/pricing/impliedvolatility.h"
 
@@ -293,7 +293,7 @@ TEST_F(CalculatorTest, GreeksModelFollowsTheInstrumentKey)
     calc.calcCallGreeks(european, 3100, 3000, 60, 0, 0.05, 0.3, nqservice::OGB_UNIT, "", false, false);
     EXPECT_DOUBLE_EQ(byKey["C_Delta"], byFlags["C_Delta"]);
     EXPECT_DOUBLE_EQ(byKey["C_Rho"], byFlags["C_Rho"]);
-    const pricing::OptionGreeks american = pricing::baroneAdesiWhaleyGreeks(
+    const pricing::OptionGreeks american = pricing::americanGreeks(
         OptionType::Call, 3100, 3000, 60.0 / 365.0, 0.05, 0.0, 0.3, pricing::Underlying::Future);
     EXPECT_NEAR(byKey["C_Delta"], american.delta, 1e-12);
     // On a future the forward does not grow with the rate: delta differs from
@@ -351,12 +351,12 @@ TEST_F(CalculatorTest, CalcGreeksOfAFuturesOptionIsAmerican)
     exchange->instruments[QString::fromStdString(option->key())] = option;
     exchange->remainDays = 90;
     const double T = 90.0 / 365.0;
-    const double price = pricing::baroneAdesiWhaleyPrice(OptionType::Put, 2900.0, 3000.0, T, 0.02, 0.0, 0.2);
+    const double price = pricing::americanPrice(OptionType::Put, 2900.0, 3000.0, T, 0.02, 0.0, 0.2);
     quotes->setLast(utils::vqStockKey("DCE", "m2405"), 2900.0);
     quotes->setLast(option->key(), price);
     nqservice::CGreeksValue value;
     ASSERT_TRUE(calc.calcGreeks(option->key(), value, false, true));
-    const pricing::OptionGreeks raw = pricing::baroneAdesiWhaleyGreeks(OptionType::Put, 2900.0, 3000.0, T, 0.02,
+    const pricing::OptionGreeks raw = pricing::americanGreeks(OptionType::Put, 2900.0, 3000.0, T, 0.02,
                                                                        0.0, 0.2, pricing::Underlying::Future);
     EXPECT_NEAR(value.delta, raw.delta, 1e-6);
     EXPECT_NEAR(value.vega, raw.vega / 100.0, 1e-4);
