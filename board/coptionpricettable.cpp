@@ -5,6 +5,7 @@
 #include "seam/cquoteclient.h"
 #include "seam/formatters.h"
 #include "seam/stockcolor.h"
+#include "seam/uievents.h"
 #include "seam/user.h"
 #include "toolkit/cpushbutton.h"
 #include "toolkit/ctablecellmodel.h"
@@ -565,8 +566,13 @@ void COptionPriceTTable::themeChanged()
 
 bool COptionPriceTTable::handleEvent(int code, int id, int arg, QString text, void* data)
 {
-    // The order flow of the buttons comes with the order dialog; until then the
-    // clicks travel on to the panel unchanged.
+    // The clicks of the cells' order buttons belong to the table: their ids
+    // (row * 100 + operationIndex) must not reach the panel, whose own buttons
+    // use small ids too. The order dialog they open comes with the order flow.
+    if (code == WG::UE_BUTTON_CLICKED) {
+        lastOrderButtonId = id;
+        return true;
+    }
     return WG::COddEvenRowTable::handleEvent(code, id, arg, text, data);
 }
 

@@ -76,6 +76,8 @@ public:
     const QSet<int>& getTotalColumns() const { return totalColumns; }
     // Order button lists made since construction; reused lists are not counted.
     int buttonListsMade() const { return buttonListsMadeCount; }
+    // The id of the last order button pressed, -1 before any.
+    int getLastOrderButtonId() const { return lastOrderButtonId; }
 
     bool handleEvent(int code, int id, int arg, QString text, void* data) override;
     void themeChanged() override;
@@ -115,6 +117,7 @@ private:
     // One buffer of writes, reused by every row update.
     TPriceTCellWrites writes;
     int buttonListsMadeCount = 0;
+    int lastOrderButtonId = -1;
     // A saved layout was given for the present set: its widths stand.
     bool layoutLoaded = false;
     // Ticks after a full refresh whose quotes may still widen the columns.

@@ -462,3 +462,26 @@ TEST_F(PriceTPanel, FirstQuotesAfterARefreshWidenTheColumns)
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(PriceTPanel, OrderButtonClicksStayInTheTable)
+{
+    start();
+    publish(quote("10000010", 0.13, 0.10));
+    panel->onTimer(TC::TUF_QUOTE);
+    const int row = chain()->rowOfCode("10000010.SH");
+    ASSERT_EQ(row, 0);
+    // Row 0's call "卖出" carries id 2, the same number as the panel's "风险" button.
+    QWidget* cellButtons = chain()->itemWidget(row, 12);
+    ASSERT_NE(cellButtons, nullptr);
+    WG::CPushButton* open = cellButtons->findChildren<WG::CPushButton*>().value(0);
+    ASSERT_NE(open, nullptr);
+    ASSERT_EQ(open->id(), 2);
+    open->click();
+    EXPECT_EQ(chain()->getLastOrderButtonId(), 2);
+    EXPECT_EQ(chain()->getTableType(), TC::PTT_QUOTE);
+    EXPECT_EQ(panel->getModeGroup()->checkedButton(), 0);
+}
+
+}  // namespace
