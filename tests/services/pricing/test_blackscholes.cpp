@@ -97,14 +97,18 @@ INSTANTIATE_TEST_SUITE_P(Haug, HaugEuropeanValues, ::testing::ValuesIn(kHaugValu
 // Where dividend yield equals rate the carry is zero: these rows are Black-76
 // with the spot read as the futures price (Haug's Black-76 example is the
 // 19 / 19 pair, 1.7011).
-TEST_P(HaugEuropeanValues, ZeroCarryRowsAreBlack76)
+TEST(HaugEuropeanZeroCarry, RowsAreBlack76)
 {
-    const HaugCase& c = GetParam();
-    if (c.dividend != c.rate) {
-        GTEST_SKIP() << "row has a non-zero carry";
+    int rows = 0;
+    for (const HaugCase& c : kHaugValues) {
+        if (c.dividend != c.rate) {
+            continue;
+        }
+        ++rows;
+        const double price = pricing::black76Price(c.type, c.spot, c.strike, c.years, c.rate, c.volatility);
+        EXPECT_NEAR(price, c.expected, 1e-4) << c;
     }
-    const double price = pricing::black76Price(c.type, c.spot, c.strike, c.years, c.rate, c.volatility);
-    EXPECT_NEAR(price, c.expected, 1e-4) << c;
+    EXPECT_GE(rows, 5);
 }
 
 TEST(HaugEuropeanGreeks, PublishedGreekValues)
