@@ -7,15 +7,17 @@
 namespace WG {
 
 // Where a widget or tip sits relative to its cell or anchor. The panels pass
-// AL_BOTTOM (64) to showTip: the tip appears below the control.
+// AL_BOTTOM (64) to showTip: the tip appears below the control; and item widgets
+// as plain numbers: 132 (centred), 129 (left) and 130 (right), each AL_VCENTER
+// with a horizontal place.
 enum EAlign {
     AL_NONE = 0x0,
     AL_LEFT = 0x1,
     AL_RIGHT = 0x2,
     AL_HCENTER = 0x4,
     AL_TOP = 0x20,
-    AL_VCENTER = 0x10,
     AL_BOTTOM = 0x40,
+    AL_VCENTER = 0x80,
     AL_CENTER = AL_HCENTER | AL_VCENTER,
 };
 Q_DECLARE_FLAGS(EAligns, EAlign)
