@@ -12,26 +12,62 @@
 namespace WG {
 
 // The cell's own widget: stays in the view for the life of the cell, so that
-// replacing the caller's widget is a reparent and no view bookkeeping.
+// replacing the caller's widget is a reparent and no view bookkeeping. A new
+// widget is staged at once (itemWidget() answers with it) and shown when the
+// table commits its widgets, once per tick, with the others of the tick.
 class CItemWidgetHolder : public QWidget {
 public:
     explicit CItemWidgetHolder(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_NoSystemBackground); }
 
-    void setChild(QWidget* child, EAligns align)
+    // Takes the widget; returns whether the holder now waits for a commit. A
+    // widget staged and replaced before any commit goes to retired unseen.
+    bool stage(QWidget* child, EAligns align, std::vector<QPointer<QWidget>>& retired)
     {
-        if (m_child != child && m_child != nullptr) {
-            m_child->hide();
-            m_child->deleteLater();  // it may be the sender of the signal that led here
+        m_align = align;
+        if (child == m_child) {
+            return m_child != m_shown;
+        }
+        if (m_child != nullptr && m_child != m_shown) {
+            retired.emplace_back(m_child.data());
         }
         m_child = child;
-        m_align = align;
-        if (child != nullptr) {
-            child->setParent(this);
-            place();
-            child->show();
+        if (child != nullptr && child->parentWidget() != this) {
+            child->setParent(this);  // hidden until the commit shows it
         }
+        return m_child != m_shown;
     }
+
+    // The first half of a commit: the widget shown so far leaves the screen. Its
+    // updates are off first and its size goes to nothing once hidden, so that
+    // neither hiding nor deleting it marks an area of the window dirty on its
+    // own (one rectangle at a time, each merged into the window's dirty region);
+    // the table repaints the area of all replaced cells at once instead.
+    void retireShown(std::vector<QPointer<QWidget>>& retired)
+    {
+        if (m_shown == nullptr || m_shown == m_child) {
+            return;
+        }
+        m_shown->setUpdatesEnabled(false);
+        m_shown->hide();
+        m_shown->setFixedSize(0, 0);
+        retired.emplace_back(m_shown.data());
+        m_shown = nullptr;
+    }
+
+    // The second half: the staged widget takes its place in the cell and shows.
+    void showStaged()
+    {
+        if (m_child == nullptr || m_child == m_shown) {
+            return;
+        }
+        place();
+        m_child->show();
+        m_shown = m_child;
+    }
+
     QWidget* child() const { return m_child; }
+    // Whether the table has this holder in its list of the next commit.
+    bool queued = false;
 
 protected:
     void resizeEvent(QResizeEvent* event) override
@@ -46,12 +82,18 @@ private:
         if (m_child == nullptr) {
             return;
         }
-        QSize size = m_child->sizeHint().boundedTo(this->size());
-        if (m_child->minimumWidth() > 0 && m_child->minimumWidth() == m_child->maximumWidth()) {
-            size.setWidth(qMin(m_child->minimumWidth(), width()));
+        const QSize minimum = m_child->minimumSize();
+        const QSize maximum = m_child->maximumSize();
+        const bool fixedWidth = minimum.width() > 0 && minimum.width() == maximum.width();
+        const bool fixedHeight = minimum.height() > 0 && minimum.height() == maximum.height();
+        // A widget of fixed size needs no size hint, which may measure text.
+        QSize size = fixedWidth && fixedHeight ? minimum.boundedTo(this->size())
+                                               : m_child->sizeHint().boundedTo(this->size());
+        if (fixedWidth) {
+            size.setWidth(qMin(minimum.width(), width()));
         }
-        if (m_child->minimumHeight() > 0 && m_child->minimumHeight() == m_child->maximumHeight()) {
-            size.setHeight(qMin(m_child->minimumHeight(), height()));
+        if (fixedHeight) {
+            size.setHeight(qMin(minimum.height(), height()));
         }
         if (!size.isValid() || size.isEmpty()) {
             size = this->size();
@@ -71,8 +113,29 @@ private:
         m_child->setGeometry(x, y, size.width(), size.height());
     }
 
-    QPointer<QWidget> m_child;
+    QPointer<QWidget> m_child;  // what the cell shows, or will show at the next commit
+    QPointer<QWidget> m_shown;  // what the screen shows now
     EAligns m_align = AL_CENTER;
+};
+
+// Replaced item widgets of one commit, deleted together by one deferred delete:
+// like deleteLater() on each (a widget may be the sender of the signal that led
+// to its replacement), at the cost of one posted event.
+class CRetiredItemWidgets : public QObject {
+public:
+    CRetiredItemWidgets(std::vector<QPointer<QWidget>> widgets, QObject* parent)
+        : QObject(parent), m_widgets(std::move(widgets))
+    {
+    }
+    ~CRetiredItemWidgets() override
+    {
+        for (const QPointer<QWidget>& widget : m_widgets) {
+            delete widget.data();
+        }
+    }
+
+private:
+    std::vector<QPointer<QWidget>> m_widgets;
 };
 
 namespace {
@@ -88,6 +151,9 @@ CBaseNormalTable::CBaseNormalTable(int id, QWidget* parent, EBaseTableMenuFlags 
     : IBaseTable(id, parent, menuFlags), m_model(new CTableCellModel(this))
 {
     attachModel(m_model);
+    m_widgetTimer.setSingleShot(true);
+    m_widgetTimer.setInterval(0);
+    connect(&m_widgetTimer, &QTimer::timeout, this, &CBaseNormalTable::commitItemWidgets);
 }
 
 CBaseNormalTable::~CBaseNormalTable() = default;
@@ -97,6 +163,7 @@ QAbstractItemModel* CBaseNormalTable::cellModel() const { return m_model; }
 void CBaseNormalTable::clear()
 {
     m_holders.clear();  // the view drops its cell widgets with the rows
+    m_stagedHolders.clear();
     m_model->clearRows();
     for (ColumnState& column : m_columns) {
         if (column.delegate != nullptr) {
@@ -179,9 +246,46 @@ void CBaseNormalTable::remapHolders(int removedRow, int removedColumn)
 void CBaseNormalTable::updateTable()
 {
     m_model->flush();
+    commitItemWidgets();
 }
 
-void CBaseNormalTable::onModelFlushNeeded() { m_model->flush(); }
+void CBaseNormalTable::onModelFlushNeeded()
+{
+    m_model->flush();
+    commitItemWidgets();
+}
+
+void CBaseNormalTable::commitItemWidgets()
+{
+    m_widgetTimer.stop();
+    if (m_stagedHolders.isEmpty() && m_retired.empty()) {
+        return;
+    }
+    // All replaced widgets leave first, then the new ones show: no widget is
+    // hidden while others of the tick wait in the repaint queue.
+    QRect changed;
+    m_retired.reserve(m_retired.size() + static_cast<std::size_t>(m_stagedHolders.size()));
+    for (const QPointer<CItemWidgetHolder>& holder : qAsConst(m_stagedHolders)) {
+        if (holder != nullptr) {
+            holder->retireShown(m_retired);
+            changed |= holder->geometry();
+        }
+    }
+    for (const QPointer<CItemWidgetHolder>& holder : qAsConst(m_stagedHolders)) {
+        if (holder != nullptr) {
+            holder->showStaged();
+            holder->queued = false;
+        }
+    }
+    m_stagedHolders.clear();
+    if (!changed.isEmpty()) {
+        view()->viewport()->update(changed);
+    }
+    if (!m_retired.empty()) {
+        (new CRetiredItemWidgets(std::move(m_retired), this))->deleteLater();
+        m_retired.clear();
+    }
+}
 
 QVector<int> CBaseNormalTable::setRowCount(int count)
 {
@@ -277,6 +381,7 @@ void CBaseNormalTable::setItemWidget(int row, int column, QWidget* widget, EAlig
     QPointer<CItemWidgetHolder> holder = m_holders.value(key);
     if (widget == nullptr) {
         if (holder != nullptr) {
+            holder->stage(nullptr, align, m_retired);  // a widget staged meanwhile never shows
             view()->setIndexWidget(viewIndex(row, column), nullptr);
         }
         m_holders.remove(key);
@@ -287,7 +392,13 @@ void CBaseNormalTable::setItemWidget(int row, int column, QWidget* widget, EAlig
         view()->setIndexWidget(viewIndex(row, column), holder);
         m_holders.insert(key, holder);
     }
-    holder->setChild(widget, align);
+    if (holder->stage(widget, align, m_retired) && !holder->queued) {
+        holder->queued = true;
+        m_stagedHolders.append(holder);
+    }
+    if (!m_widgetTimer.isActive() && (!m_stagedHolders.isEmpty() || !m_retired.empty())) {
+        m_widgetTimer.start();  // commits at the end of this turn unless updateTable() comes first
+    }
 }
 
 QWidget* CBaseNormalTable::itemWidget(int row, int column) const

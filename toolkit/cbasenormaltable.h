@@ -10,9 +10,11 @@
 
 #include <QHash>
 #include <QPointer>
+#include <QTimer>
 #include <QVector>
 
 #include <string>
+#include <vector>
 
 namespace WG {
 
@@ -53,7 +55,10 @@ public:
     void setItemTextColorKey(int row, int column, const char* key, bool update = true);
     void setItemBackgroundColorKey(int row, int column, const char* key, bool update = true);
     void clearItem(int row, int column);
-    // The table takes the widget; a widget already in the cell is deleted.
+    // The table takes the widget; a widget already in the cell is deleted. The
+    // cell answers with the new widget at once; on screen the old one makes way
+    // for it at updateTable() or at the end of the current turn of the event loop,
+    // together with all others replaced meanwhile, and is deleted afterwards.
     void setItemWidget(int row, int column, QWidget* widget, EAligns align = AL_CENTER, bool update = true);
     QWidget* itemWidget(int row, int column) const;
     // The table takes the editor and shows it over a cell of the column while editing.
@@ -72,9 +77,13 @@ protected:
 private:
     void noteFlash();
     void remapHolders(int removedRow, int removedColumn);
+    void commitItemWidgets();
 
     CTableCellModel* m_model;
     QHash<quint64, QPointer<CItemWidgetHolder>> m_holders;
+    QVector<QPointer<CItemWidgetHolder>> m_stagedHolders;  // waiting to show their new widget
+    std::vector<QPointer<QWidget>> m_retired;                // replaced, waiting for their deletion
+    QTimer m_widgetTimer;
     double m_seenFlashAt = 0.0;
 };
 

@@ -352,6 +352,7 @@ TEST_F(NormalTableTest, ItemWidgetsLiveInTheirCellsAndFollowRemoval)
     auto* second = new QPushButton(QStringLiteral("平"));
     table->setItemWidget(1, 2, second, WG::AL_CENTER, true);
     EXPECT_EQ(table->itemWidget(1, 2), second);
+    table->updateTable();  // the tick's end: the old widget makes way and waits for the event loop
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(replaced.isNull()) << "the old widget is deleted";
     table->removeRow(0);
