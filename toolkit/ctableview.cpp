@@ -1,5 +1,7 @@
 #include "toolkit/ctableview.h"
 
+#include "seam/common.h"
+
 #include "toolkit/cbasetablecolumnwidgetdelegate.h"
 #include "toolkit/ctablecellmodel.h"
 #include "toolkit/ctablesortproxy.h"
@@ -30,7 +32,9 @@ void CTableView::paintEvent(QPaintEvent* event)
         QPainter painter(viewport());
         painter.fillRect(viewport()->rect(), themeColor("clr_table_background"));
     }
+    m_table->m_paintClock = utils::clockMSec();
     QTableView::paintEvent(event);
+    m_table->m_paintClock = 0.0;
 }
 
 void CTableView::mousePressEvent(QMouseEvent* event)

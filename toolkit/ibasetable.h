@@ -230,6 +230,7 @@ private:
     QString m_defaultConfig;
     CBaseTableSettingParam m_setting;
     bool m_movingLocked = false;
+    double m_paintClock = 0.0;  // the clock of the paint under way: one reading serves every cell
 };
 
 }  // namespace WG
