@@ -58,6 +58,19 @@ bool parseLayout(const QByteArray& bytes, DeskLayout& out)
         }
         layout.panelParams.insert(it.key(), it.value().toString());
     }
+    const QJsonValue underlyings = root.value(QStringLiteral("underlyings"));
+    if (!underlyings.isUndefined()) {
+        if (!underlyings.isObject()) {
+            return false;
+        }
+        const QJsonObject object = underlyings.toObject();
+        for (auto it = object.begin(); it != object.end(); ++it) {
+            if (!it.value().isString()) {
+                return false;
+            }
+            layout.underlyings.insert(it.key(), it.value().toString());
+        }
+    }
     out = layout;
     return true;
 }
@@ -102,6 +115,11 @@ bool CDeskLayoutStore::save(const DeskLayout& layout, QString* error) const
         params.insert(it.key(), it.value());
     }
     root.insert(QStringLiteral("params"), params);
+    QJsonObject underlyings;
+    for (auto it = layout.underlyings.begin(); it != layout.underlyings.end(); ++it) {
+        underlyings.insert(it.key(), it.value());
+    }
+    root.insert(QStringLiteral("underlyings"), underlyings);
 
     QSaveFile file(filePath());
     if (!file.open(QIODevice::WriteOnly)) {

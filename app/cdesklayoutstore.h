@@ -16,6 +16,7 @@ struct DeskLayout {
     QString theme;                      // "dark" or "light"
     QStringList panels;                 // panel names, in docking order
     QMap<QString, QString> panelParams; // panel name -> param()
+    QMap<QString, QString> underlyings; // panel name -> stock key of its chosen underlying
 };
 
 class CDeskLayoutStore {

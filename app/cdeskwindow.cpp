@@ -15,6 +15,7 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QLabel>
@@ -125,6 +126,9 @@ void CDeskWindow::restore(const QString& themeOverride)
     }
     for (const Docked& docked : m_panels) {
         docked.panel->setParam(layout.panelParams.value(docked.name));
+        if (QComboBox* selector = underlyingSelector(docked.panel)) {
+            selectUnderlying(selector, layout.underlyings.value(docked.name, m_defaultUnderlying));
+        }
     }
     if (!layout.geometry.isEmpty()) {
         restoreGeometry(layout.geometry);
@@ -214,6 +218,12 @@ bool CDeskWindow::saveLayout(QString* error)
     for (const Docked& docked : m_panels) {
         layout.panels << docked.name;
         layout.panelParams.insert(docked.name, docked.panel->param());
+        if (QComboBox* selector = underlyingSelector(docked.panel)) {
+            const QString key = selector->currentData(Qt::UserRole).toString();
+            if (!key.isEmpty()) {
+                layout.underlyings.insert(docked.name, key);
+            }
+        }
     }
     QString reason;
     if (!m_store.save(layout, &reason)) {
@@ -250,6 +260,24 @@ void CDeskWindow::applyTheme(const QString& theme)
         action->setChecked(true);
     }
     update();
+}
+
+QComboBox* CDeskWindow::underlyingSelector(QWidget* panel)
+{
+    for (QComboBox* combo : panel->findChildren<QComboBox*>()) {
+        if (combo->inherits("TC::COptionUndlCodeComboBox")) {
+            return combo;
+        }
+    }
+    return nullptr;
+}
+
+void CDeskWindow::selectUnderlying(QComboBox* selector, const QString& key)
+{
+    const int index = selector->findData(key, Qt::UserRole);
+    if (index >= 0 && index != selector->currentIndex()) {
+        selector->setCurrentIndex(index);
+    }
 }
 
 TC::ITradeDockableWidget* CDeskWindow::panel(const QString& name) const

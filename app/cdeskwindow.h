@@ -14,6 +14,7 @@
 #include <functional>
 #include <vector>
 
+class QComboBox;
 class QDockWidget;
 class QLabel;
 
@@ -64,6 +65,9 @@ private:
     void onTick();
     void notify(const QString& text);
     void updateStatus();
+    // The underlying selector of a board panel, null for panels without one.
+    static QComboBox* underlyingSelector(QWidget* panel);
+    static void selectUnderlying(QComboBox* selector, const QString& key);
 
     struct Docked {
         QString name;
@@ -77,6 +81,8 @@ private:
     std::vector<Docked> m_panels;
     QString m_theme = QStringLiteral("dark");
     QStringList m_notices;
+    // The underlying a board shows when the layout names none.
+    QString m_defaultUnderlying = QStringLiteral("510050.SH");
     QLabel* m_statusText = nullptr;
     QLabel* m_marketText = nullptr;
     std::function<void()> m_hostTick;

@@ -1,0 +1,113 @@
+// The desk with its real panels on the simulated market, as a trader starts it.
+#include "app/cdeskservices.h"
+#include "app/cdeskwindow.h"
+#include "seam/common.h"
+#include "support/testsupport.h"
+#include "toolkit/cuiresource.h"
+#include "toolkit/itradedockablewidget.h"
+
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QDir>
+#include <QDockWidget>
+#include <QImage>
+#include <QTemporaryDir>
+
+namespace {
+
+QComboBox* selectorOf(desk::CDeskWindow& window)
+{
+    TC::ITradeDockableWidget* board = window.panel(QStringLiteral("pricet"));
+    if (board == nullptr) {
+        return nullptr;
+    }
+    for (QComboBox* combo : board->findChildren<QComboBox*>()) {
+        if (combo->inherits("TC::COptionUndlCodeComboBox")) {
+            return combo;
+        }
+    }
+    return nullptr;
+}
+
+class DeskOnMarket : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        utils::CSingletonT<WG::CUiResource>::destroy();
+        desk::DeskServicesConfig config;
+        config.configDir = dir.path();
+        config.seed = 11;
+        config.quoteRate = 4.0;
+        config.marketStart = QDateTime(QDate(2026, 11, 23), QTime(10, 0));
+        services = std::make_unique<desk::CDeskServices>(config);
+    }
+    void TearDown() override
+    {
+        services.reset();
+        utils::CSingletonT<WG::CUiResource>::destroy();
+    }
+    QTemporaryDir dir;
+    std::unique_ptr<desk::CDeskServices> services;
+};
+
+}  // namespace
+
+TEST_F(DeskOnMarket, TheBoardStartsOn50ETFAndKeepsTheTradersChoice)
+{
+    {
+        desk::CDeskWindow window(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+        window.restore();
+        window.show();
+        ASSERT_NE(window.panel(QStringLiteral("pricet")), nullptr) << "the chain board is docked by default";
+        QComboBox* selector = selectorOf(window);
+        ASSERT_NE(selector, nullptr);
+        EXPECT_EQ(selector->currentData(Qt::UserRole).toString(), QStringLiteral("510050.SH"));
+        const int other = selector->findData(QStringLiteral("510300.SH"), Qt::UserRole);
+        ASSERT_GE(other, 0);
+        selector->setCurrentIndex(other);
+        ASSERT_TRUE(window.saveLayout());
+    }
+    desk::CDeskWindow again(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+    again.restore();
+    QComboBox* selector = selectorOf(again);
+    ASSERT_NE(selector, nullptr);
+    EXPECT_EQ(selector->currentData(Qt::UserRole).toString(), QStringLiteral("510300.SH"));
+}
+
+TEST_F(DeskOnMarket, ScreenshotShowsALivingBoardInBothThemes)
+{
+    desk::CDeskWindow window(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+    window.setMarketStatus([this] { return services->statusText(); });
+    window.restore(QStringLiteral("dark"));
+    window.resize(1440, 900);
+    window.show();
+    // Quotes arrive on the feed's threads and reach the screen on the ticks.
+    testsupport::waitUntil([] { return false; }, 1500);
+    for (const QString& theme : {QStringLiteral("dark"), QStringLiteral("light")}) {
+        window.applyTheme(theme);
+        testsupport::waitUntil([] { return false; }, 300);
+        const QString file = QDir(dir.path()).filePath(QStringLiteral("desk-%1.png").arg(theme));
+        ASSERT_TRUE(window.saveScreenshot(file));
+        QImage image(file);
+        ASSERT_FALSE(image.isNull());
+        // The board fills the window: its background is the theme's, not the bare window.
+        const QColor background = *WG::CUiResource::get()->getColor(QStringLiteral("clr_table_background"));
+        int rise = 0;
+        int fall = 0;
+        const QColor riseColor = *WG::CUiResource::get()->getColor(QStringLiteral("tc_clr_priceT_rise"));
+        const QColor fallColor = *WG::CUiResource::get()->getColor(QStringLiteral("tc_clr_priceT_fall"));
+        for (int y = 0; y < image.height(); y += 2) {
+            for (int x = 0; x < image.width(); x += 2) {
+                const QColor pixel(image.pixel(x, y));
+                rise += pixel == riseColor ? 1 : 0;
+                fall += pixel == fallColor ? 1 : 0;
+            }
+        }
+        EXPECT_GT(rise + fall, 50) << theme.toStdString() << ": no rise or fall colour on the board";
+        EXPECT_TRUE(background.isValid());
+        if (const char* keep = std::getenv("OPTDESK_KEEP_SCREENSHOTS")) {
+            image.save(QDir(QString::fromLocal8Bit(keep)).filePath(QStringLiteral("desk-%1.png").arg(theme)));
+        }
+    }
+}
