@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "seam/common.h"
+#include "services/pricing/bracketedimpliedvolatility.h"
 #include "services/pricing/impliedvolatility.h"
 #include "services/pricing/normaldistribution.h"
 
@@ -298,73 +299,8 @@ OptionGreeks americanGreeks(OptionType type, double S, double K, double T, doubl
 double americanImpliedVolatility(OptionType type, double S, double K, double T, double rate, double carry,
                                  double price, double ceiling)
 {
-    constexpr double kAbsent = utils::kAbsentDouble;
-    if (!(std::isfinite(S) && std::isfinite(K) && std::isfinite(T) && std::isfinite(rate) &&
-          std::isfinite(carry) && std::isfinite(price) && std::isfinite(ceiling))) {
-        return kAbsent;
-    }
-    if (!(S > 0.0 && K > 0.0 && T > 0.0 && price > 0.0 && ceiling > 0.0)) {
-        return kAbsent;
-    }
-    auto excess = [&](double v) { return americanPrice(type, S, K, T, rate, carry, v) - price; };
-    // The price rises with volatility; bracket the root in (0, ceiling].
-    double lo = 1e-8 * ceiling;
-    double hi = ceiling;
-    double fLo = excess(lo);
-    double fHi = excess(hi);
-    if (!(fLo < 0.0) || fHi < 0.0) {
-        return kAbsent;
-    }
-    if (fHi == 0.0) {
-        return hi;
-    }
-    // Start from the European volatility of the same price, which lies at or
-    // above the American one, and refine by Illinois regula falsi.
-    const double guess = impliedVolatility(type, S, K, T, rate, carry, price, ceiling);
-    if (!utils::isAbsent(guess) && guess > lo && guess < hi) {
-        const double f = excess(guess);
-        if (f == 0.0) {
-            return guess;
-        }
-        if (f < 0.0) {
-            lo = guess;
-            fLo = f;
-        } else {
-            hi = guess;
-            fHi = f;
-        }
-    }
-    int side = 0;
-    double v = 0.5 * (lo + hi);
-    for (int i = 0; i < 200 && hi - lo > 1e-14 * hi; ++i) {
-        v = (lo * fHi - hi * fLo) / (fHi - fLo);
-        if (!(v > lo && v < hi)) {
-            v = 0.5 * (lo + hi);
-        }
-        const double f = excess(v);
-        if (f == 0.0) {
-            return v;
-        }
-        if (f < 0.0) {
-            lo = v;
-            fLo = f;
-            if (side == -1) {
-                fHi *= 0.5;
-            }
-            side = -1;
-        } else {
-            hi = v;
-            fHi = f;
-            if (side == 1) {
-                fLo *= 0.5;
-            }
-            side = 1;
-        }
-        if (std::fabs(f) <= 1e-15 * price) {
-            return v;
-        }
-    }
-    return v;
+    const auto priceAt = [&](double v) { return americanPrice(type, S, K, T, rate, carry, v); };
+    return bracketedImpliedVolatility(priceAt, type, S, K, T, rate, carry, price, ceiling);
 }
 
 }  // namespace pricing
