@@ -81,6 +81,9 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
     feedConfig.threads = config.feedThreads;
     feedConfig.clock = m_clock;
     auto feed = std::make_unique<market::CSimMarket>(m_exchange->instruments(), m_quotes, feedConfig);
+    // One round before the panels come: a board selecting its underlying finds
+    // prices at once (in-the-money shading, figures) instead of after the first tick.
+    feed->publishRound();
     feed->start();
     m_quotes->attachFeed(std::move(feed));
 
