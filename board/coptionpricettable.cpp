@@ -348,6 +348,26 @@ void COptionPriceTTable::updatePriceTable(int row, boost::shared_ptr<TC::CPriceD
     }
 }
 
+void COptionPriceTTable::updateRiskTable(int row, boost::shared_ptr<TC::CPriceData> data)
+{
+    if (!data || tableType != PTT_RISK) {
+        return;
+    }
+    if (CPriceTRowBuilder::buildRisk(row, data, traderType, writes)) {
+        applyWrites(row, writes);
+    }
+}
+
+void COptionPriceTTable::updateTargetTable(int row, boost::shared_ptr<TC::CPriceData> data)
+{
+    if (!data || tableType != PTT_TARGET) {
+        return;
+    }
+    if (CPriceTRowBuilder::buildTarget(row, data, traderType, writes)) {
+        applyWrites(row, writes);
+    }
+}
+
 double COptionPriceTTable::calcForecastMargin(const std::shared_ptr<nqservice::CInstrumentDetail>& option)
 {
     return CPriceTRowBuilder::calcForecastMargin(option);
@@ -381,8 +401,14 @@ void COptionPriceTTable::updateTableByPrice(boost::shared_ptr<TC::CPriceData> da
     case PTT_PRICE:
         updatePriceTable(row, data);
         break;
+    case PTT_RISK:
+        updateRiskTable(row, data);
+        break;
+    case PTT_TARGET:
+        updateTargetTable(row, data);
+        break;
     default:
-        break;  // the risk and target rows are computed by their own functions
+        break;
     }
 }
 
@@ -408,6 +434,12 @@ void COptionPriceTTable::updateAllTable()
                     break;
                 case PTT_PRICE:
                     updatePriceTable(row.key(), data);
+                    break;
+                case PTT_RISK:
+                    updateRiskTable(row.key(), data);
+                    break;
+                case PTT_TARGET:
+                    updateTargetTable(row.key(), data);
                     break;
                 default:
                     break;

@@ -59,6 +59,8 @@ public:
     void updateQuoteTable(int row, boost::shared_ptr<TC::CPriceData> data);
     void updateInfoTable(int row, boost::shared_ptr<TC::CPriceData> data);
     void updatePriceTable(int row, boost::shared_ptr<TC::CPriceData> data);
+    void updateRiskTable(int row, boost::shared_ptr<TC::CPriceData> data);
+    void updateTargetTable(int row, boost::shared_ptr<TC::CPriceData> data);
 
     // The imported Greeks changed: the risk rows are drawn again.
     void updateExGreeksData();

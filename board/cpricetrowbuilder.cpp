@@ -353,4 +353,206 @@ bool CPriceTRowBuilder::buildPrice(int, const boost::shared_ptr<CPriceData>& dat
     return true;
 }
 
+bool CPriceTRowBuilder::buildRisk(int row, const boost::shared_ptr<CPriceData>& data, int, TPriceTCellWrites& out)
+{
+    QString code;
+    std::shared_ptr<nqservice::CInstrumentDetail> detail;
+    if (!prepare(data, code, detail, out)) {
+        return false;
+    }
+    const bool call = exchange()->isCall(detail);
+    const int flags = segmentedFlags();
+    const char* riseKey = getStockColorKey(data->changeAmount, 0);
+    CWriter write(out);
+
+    write.text(19, strikeText(*detail, flags));
+
+    // Without an answer the Greeks on screen stay: a momentary gap in the
+    // prices should not blank them.
+    nqservice::CGreeksValue value;
+    const boost::shared_ptr<nqservice::GreekAndOptionsCalculator> calculator =
+        nqservice::GreekAndOptionsCalculator::instance();
+    if (calculator && calculator->calcGreeks(detail->key(), value, false, true)) {
+        write.number(call ? 1 : 36, value.rho, 4, flags);
+        write.number(call ? 2 : 35, value.vega, 4, flags);
+        write.number(call ? 4 : 33, value.theta, 4, flags);
+        write.number(call ? 6 : 31, value.gamma, 4, flags);
+        write.number(call ? 8 : 29, value.delta, 4, flags);
+    }
+
+    CUserConfig* config = getUserConfig();
+    const boost::shared_ptr<nqservice::COptionExGreeksVolatility> ex =
+        config != nullptr ? config->getOptionExGreeks(code) : boost::shared_ptr<nqservice::COptionExGreeksVolatility>();
+
+    write.text(call ? 0 : 37, statusText(data->optionStatus, detail->market, detail->code));
+    write.text(call ? 12 : 25, changeText(data->changeRatio));
+    write.colour(call ? 12 : 25, riseKey);
+    write.number(call ? 13 : 24, data->lastPrice, 4, flags);
+    write.colour(call ? 13 : 24, riseKey);
+    write.text(call ? 14 : 23, code);
+    const int base = row * 100;
+    if (call) {
+        write.buttons(16, base + 2, BC_SELL);
+        write.buttons(17, base + 4, BC_BUY);
+        write.buttons(15, base, BC_COVERED);
+    } else {
+        write.buttons(22, base + 8, BC_SELL);
+        write.buttons(21, base + 6, BC_BUY);
+    }
+
+    // A removed import clears its cells at once.
+    const int exColumns[6] = {call ? 3 : 34, call ? 5 : 32, call ? 7 : 30, call ? 9 : 28, call ? 10 : 27,
+                              call ? 11 : 26};
+    if (!ex) {
+        for (int column : exColumns) {
+            write.text(column, QString());
+        }
+    } else {
+        const double exValues[6] = {ex->exVega,  ex->exTheta, ex->exGamma, ex->exDelta, ex->exBuyImpliedVolatility,
+                                    ex->exSellImpliedVolatility};
+        for (int i = 0; i < 6; ++i) {
+            write.number(exColumns[i], exValues[i], 4, flags);
+        }
+    }
+    write.net(call ? 18 : 20, code);
+    return true;
+}
+
+bool CPriceTRowBuilder::buildTarget(int row, const boost::shared_ptr<CPriceData>& data, int, TPriceTCellWrites& out)
+{
+    QString code;
+    std::shared_ptr<nqservice::CInstrumentDetail> detail;
+    if (!prepare(data, code, detail, out)) {
+        return false;
+    }
+    CExchangeClient* client = exchange();
+    const bool call = client->isCall(detail);
+    const int flags = segmentedFlags();
+    const char* riseKey = getStockColorKey(data->changeAmount, 0);
+    CWriter write(out);
+
+    write.text(15, strikeText(*detail, flags));
+
+    const double strike = detail->getDoubleField(nqservice::IF_EXERCISE_PRICE);
+    const double rate = detail->getDoubleField(nqservice::IF_RISK_FREE_RATE);
+    const double historical = detail->getDoubleField(nqservice::IF_HISTORY_VOLATILITY);
+    const int premiumBase = detail->getIntField(nqservice::IF_PREMIUM_BASE);
+    const QString expiry = QString::number(detail->expireDate);
+    const QString undlKey = undlKeyOf(*detail);
+    CUserConfig* config = getUserConfig();
+    const bool clientMode = config != nullptr && config->isKelvanClientMode();
+    const boost::shared_ptr<nqservice::GreekAndOptionsCalculator> calculator =
+        nqservice::GreekAndOptionsCalculator::instance();
+
+    // Every result starts at zero, and a failed guard leaves it so: an
+    // incomplete or expired row shows zeros rather than stale figures.
+    double realLeverage = 0.0;
+    double leverage = 0.0;
+    double premium = 0.0;
+    double impliedVol = 0.0;
+    double timeValue = 0.0;
+    double intrinsic = 0.0;
+
+    // One pass that any failed condition leaves early.
+    do {
+        if (!calculator || !valid(data->lastPrice) || !valid(strike) || utils::isAbsent(premiumBase)) {
+            break;
+        }
+        const int days = client->getRemainDays(expiry);
+        if (days < 0 || utils::isAbsent(days)) {
+            break;
+        }
+        const int seconds = days == 0 ? client->getRemainSecond() : 0;
+        CQuoteClient* quoteClient = quotes();
+        const boost::shared_ptr<CPriceData> undl =
+            quoteClient != nullptr ? quoteClient->getStockPrice(undlKey) : boost::shared_ptr<CPriceData>();
+        if (!undl || !valid(undl->lastPrice) || utils::isAbsent(seconds) || !valid(rate)) {
+            break;
+        }
+        if (!valid(historical) && !clientMode) {
+            break;
+        }
+        const double S = undl->lastPrice;
+        const double K = strike;
+        const double P = data->lastPrice;
+        leverage = calculator->calcLeverageRatio(P, S, 1.0);
+        if (!valid(leverage)) {
+            break;
+        }
+        auto impliedOf = [&]() {
+            return call ? calculator->calcCallImpliedVolatility(S, K, days, seconds, rate, P, 1.5)
+                        : calculator->calcPutImpliedVolatility(S, K, days, seconds, rate, P, 1.5);
+        };
+        double sigma = clientMode ? impliedOf() : historical;
+        if (config != nullptr) {
+            config->getHistoryRate(sigma, expiry, undlKey);
+        }
+        const nqservice::EOptionGreekBenchmark benchmark =
+            config != nullptr ? static_cast<nqservice::EOptionGreekBenchmark>(config->getUserDataInt(UM_GREEK_BENCHMARK))
+                              : nqservice::OGB_UNIT;
+        std::map<std::string, double> greeks;
+        if (call) {
+            calculator->calcCallGreeks(greeks, S, K, days, seconds, rate, sigma, benchmark, "", false, false);
+        } else {
+            calculator->calcPutGreeks(greeks, S, K, days, seconds, rate, sigma, benchmark, "", false, false);
+        }
+        impliedVol = impliedOf();
+        premium = call ? calculator->calcCallPremiumRate(K, P, premiumBase, S)
+                       : calculator->calcPutPremiumRate(K, P, premiumBase, S);
+        intrinsic = call ? calculator->calcCallIntrinsicValue(S, K) : calculator->calcPutIntrinsicValue(S, K);
+        // A missing key reads as 0.0 and counts as an answer.
+        const double delta = greeks[call ? "C_Delta" : "P_Delta"];
+        if (valid(delta)) {
+            realLeverage = calculator->calcRealLeverageRatio(delta, leverage);
+        }
+        if (valid(intrinsic)) {
+            timeValue = calculator->calcTimeValue(P, intrinsic);
+        }
+    } while (false);
+
+    const QString premiumText =
+        valid(premium) ? WG::formatDoubleNumber(premium * 100.0, 2, 0, false, QString::fromUtf8(kInvalidText)) +
+                             QStringLiteral("%")
+                       : QString();
+    // Nothing left to show as a dash, except in the call's time value, where
+    // a negative figure tells of a price below the intrinsic value.
+    auto numberOrDash = [&](int column, double number) {
+        if (number <= utils::kPriceTolerance) {
+            write.text(column, QStringLiteral("-"));
+        } else {
+            write.number(column, number, 4, flags);
+        }
+    };
+
+    write.text(call ? 0 : 29, statusText(data->optionStatus, detail->market, detail->code));
+    write.text(call ? 8 : 21, changeText(data->changeRatio));
+    write.colour(call ? 8 : 21, riseKey);
+    write.number(call ? 1 : 28, realLeverage, 4, flags);
+    write.number(call ? 2 : 27, leverage, 4, flags);
+    write.text(call ? 3 : 26, premiumText);
+    write.number(call ? 4 : 25, impliedVol, 4, flags);
+    write.number(call ? 5 : 24, historical, 4, flags);
+    if (call) {
+        write.number(6, timeValue, 4, flags);
+        numberOrDash(7, intrinsic);
+    } else {
+        numberOrDash(23, timeValue);
+        numberOrDash(22, intrinsic);
+    }
+    write.number(call ? 9 : 20, data->lastPrice, 4, flags);
+    write.colour(call ? 9 : 20, riseKey);
+    write.text(call ? 10 : 19, code);
+    const int base = row * 100;
+    if (call) {
+        write.buttons(12, base + 2, BC_SELL);
+        write.buttons(13, base + 4, BC_BUY);
+        write.buttons(11, base, BC_COVERED);
+    } else {
+        write.buttons(18, base + 8, BC_SELL);
+        write.buttons(17, base + 6, BC_BUY);
+    }
+    write.net(call ? 14 : 16, code);
+    return true;
+}
+
 }  // namespace TC

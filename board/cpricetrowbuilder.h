@@ -54,6 +54,10 @@ public:
     static bool buildQuote(int row, const boost::shared_ptr<CPriceData>& data, int traderType, TPriceTCellWrites& out);
     static bool buildInfo(int row, const boost::shared_ptr<CPriceData>& data, int traderType, TPriceTCellWrites& out);
     static bool buildPrice(int row, const boost::shared_ptr<CPriceData>& data, int traderType, TPriceTCellWrites& out);
+    // The computed sets: Greeks, own and imported, of the risk set; leverage,
+    // premium, volatilities, intrinsic and time value of the target set.
+    static bool buildRisk(int row, const boost::shared_ptr<CPriceData>& data, int traderType, TPriceTCellWrites& out);
+    static bool buildTarget(int row, const boost::shared_ptr<CPriceData>& data, int traderType, TPriceTCellWrites& out);
 
     // The strike text of the middle column: four decimals, "A" after an adjusted contract.
     static QString strikeText(const nqservice::CInstrumentDetail& detail, int flags);
