@@ -21,7 +21,7 @@ enum EPriceTTableType {
 };
 
 // The colours of a cell's pair of order buttons.
-enum ButtonColor {
+enum ButtonColor : int {
     BC_COVERED = 0,  // "备兑": open in fall colour, close in rise colour
     BC_BUY = 1,      // "买入": both in rise colour
     BC_SELL = 2,     // "卖出": both in fall colour
