@@ -75,10 +75,10 @@ std::unique_ptr<CUiResource::Theme> CUiResource::loadTheme(const QString& path)
     }
     const QJsonObject fonts = root.value(QStringLiteral("fonts")).toObject();
     for (auto it = fonts.begin(); it != fonts.end(); ++it) {
-        const QJsonObject spec = it.value().toObject();
-        QFont font(spec.value(QStringLiteral("family")).toString(QStringLiteral("Noto Sans CJK SC")));
-        font.setPixelSize(spec.value(QStringLiteral("pixelSize")).toInt(12));
-        font.setBold(spec.value(QStringLiteral("bold")).toBool(false));
+        const QJsonObject def = it.value().toObject();
+        QFont font(def.value(QStringLiteral("family")).toString(QStringLiteral("Noto Sans CJK SC")));
+        font.setPixelSize(def.value(QStringLiteral("pixelSize")).toInt(12));
+        font.setBold(def.value(QStringLiteral("bold")).toBool(false));
         font.setStyleHint(QFont::SansSerif);
         theme->fonts[it.key()] = font;
     }

@@ -98,9 +98,9 @@ public:
     {
         int sseSerial = 10006001 + static_cast<int>(uniform(0, 900)) * 10;
         int szseSerial = 90002001 + static_cast<int>(uniform(0, 900)) * 10;
-        for (const EtfSpec& spec : kEtfs) {
-            const bool sse = std::string(spec.market) == nqservice::kMarketSSE;
-            addEtf(spec, sse ? sseSerial : szseSerial);
+        for (const EtfSpec& def : kEtfs) {
+            const bool sse = std::string(def.market) == nqservice::kMarketSSE;
+            addEtf(def, sse ? sseSerial : szseSerial);
         }
         addSoybeanMeal();
         return std::move(m_list);
@@ -110,19 +110,19 @@ private:
     double uniform(double low, double high) { return std::uniform_real_distribution<double>(low, high)(m_random); }
     int uniformInt(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_random); }
 
-    void addEtf(const EtfSpec& spec, int& serial)
+    void addEtf(const EtfSpec& def, int& serial)
     {
         auto fund = std::make_shared<CInstrumentDetail>();
-        fund->market = spec.market;
-        fund->code = spec.code;
-        fund->name = spec.name;
+        fund->market = def.market;
+        fund->code = def.code;
+        fund->name = def.name;
         fund->kind = nqservice::IK_FUND;
         fund->priceTick = kEtfTick;
-        fund->tradingCode = spec.code;
+        fund->tradingCode = def.code;
         fund->contractUnit = 1.0;
         fund->riskFreeRate = kRiskFreeRate;
-        fund->historyVolatility = CUniverseBuilder::roundToTick(spec.volatility * uniform(0.85, 1.2), 0.0001);
-        const double price = CUniverseBuilder::roundToTick(spec.price * std::exp(uniform(-0.08, 0.08)), kEtfTick);
+        fund->historyVolatility = CUniverseBuilder::roundToTick(def.volatility * uniform(0.85, 1.2), 0.0001);
+        const double price = CUniverseBuilder::roundToTick(def.price * std::exp(uniform(-0.08, 0.08)), kEtfTick);
         fund->preClosePrice = price;
         fund->preSettlementPrice = price;
         m_list.push_back(fund);
@@ -161,33 +161,33 @@ private:
             const double atmVol = fund->historyVolatility * uniform(0.95, 1.15);
             for (double k : strikes) {
                 for (bool call : {true, false}) {
-                    addEtfOption(spec, *fund, expiry, listed, k, call, false, kEtfOptionUnit, years, atmVol, serial);
+                    addEtfOption(def, *fund, expiry, listed, k, call, false, kEtfOptionUnit, years, atmVol, serial);
                 }
             }
             // Adjusted contracts of the two nearest months: a dividend changed their
             // unit while the strike stayed on the grid.
-            if (spec.adjustedUnit > 0.0 && m < 2) {
+            if (def.adjustedUnit > 0.0 && m < 2) {
                 const std::size_t first = strikes.size() / 2 >= 3 ? strikes.size() / 2 - 3 : 0;
                 for (std::size_t i = first; i < std::min(strikes.size(), first + 4); ++i) {
                     for (bool call : {true, false}) {
-                        addEtfOption(spec, *fund, expiry, expiry.addMonths(-6), strikes[i], call, true,
-                                     spec.adjustedUnit, years, atmVol, serial);
+                        addEtfOption(def, *fund, expiry, expiry.addMonths(-6), strikes[i], call, true,
+                                     def.adjustedUnit, years, atmVol, serial);
                     }
                 }
             }
         }
     }
 
-    void addEtfOption(const EtfSpec& spec, const CInstrumentDetail& fund, const QDate& expiry, const QDate& listed,
+    void addEtfOption(const EtfSpec& def, const CInstrumentDetail& fund, const QDate& expiry, const QDate& listed,
                       double strike, bool call, bool adjusted, double unit, double years, double atmVol, int& serial)
     {
         auto option = std::make_shared<CInstrumentDetail>();
-        option->market = spec.market;
+        option->market = def.market;
         option->code = std::to_string(serial++);
         const int strikeMilli = static_cast<int>(std::lround(strike * 1000.0));
-        option->name = fmt::format(FMT_STRING("{0}{1}{2}月{3}{4}"), spec.optionName, call ? "购" : "沽",
+        option->name = fmt::format(FMT_STRING("{0}{1}{2}月{3}{4}"), def.optionName, call ? "购" : "沽",
                                    expiry.month(), strikeMilli, adjusted ? "A" : "");
-        option->tradingCode = fmt::format(FMT_STRING("{0}{1}{2:02d}{3:02d}{4}{5:05d}"), spec.code, call ? "C" : "P",
+        option->tradingCode = fmt::format(FMT_STRING("{0}{1}{2:02d}{3:02d}{4}{5:05d}"), def.code, call ? "C" : "P",
                                           expiry.year() % 100, expiry.month(), adjusted ? "A" : "M", strikeMilli);
         option->kind = nqservice::IK_STOCK_OPTION;
         option->exerciseStyle = nqservice::ES_EUROPEAN;

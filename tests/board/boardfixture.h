@@ -69,32 +69,32 @@ struct OptionSpec {
     std::string undlMarket = "SH";
 };
 
-inline std::shared_ptr<nqservice::CInstrumentDetail> option(const OptionSpec& spec)
+inline std::shared_ptr<nqservice::CInstrumentDetail> option(const OptionSpec& def)
 {
     auto detail = std::make_shared<nqservice::CInstrumentDetail>();
-    detail->market = spec.undlMarket;
-    detail->code = spec.code;
-    const QString month = QString::number(spec.expire / 100 % 100);
-    const QString strike = QString::number(qRound(spec.strike * 1000));
+    detail->market = def.undlMarket;
+    detail->code = def.code;
+    const QString month = QString::number(def.expire / 100 % 100);
+    const QString strike = QString::number(qRound(def.strike * 1000));
     detail->name = QStringLiteral("50ETF%1%2月%3%4")
-                       .arg(spec.call ? QStringLiteral("购") : QStringLiteral("沽"), month, strike,
-                            spec.adjusted ? QStringLiteral("A") : QString())
+                       .arg(def.call ? QStringLiteral("购") : QStringLiteral("沽"), month, strike,
+                            def.adjusted ? QStringLiteral("A") : QString())
                        .toStdString();
     detail->kind = nqservice::IK_STOCK_OPTION;
     detail->exerciseStyle = nqservice::ES_EUROPEAN;
-    detail->call = spec.call;
+    detail->call = def.call;
     detail->priceTick = 0.0001;
-    detail->expireDate = spec.expire;
-    detail->underlyingCode = spec.undlCode;
-    detail->underlyingMarket = spec.undlMarket;
-    detail->preSettlementPrice = spec.preSettlement;
-    detail->contractUnit = spec.unit;
+    detail->expireDate = def.expire;
+    detail->underlyingCode = def.undlCode;
+    detail->underlyingMarket = def.undlMarket;
+    detail->preSettlementPrice = def.preSettlement;
+    detail->contractUnit = def.unit;
     detail->marginParameter = 0.12;
-    detail->exercisePrice = spec.strike;
+    detail->exercisePrice = def.strike;
     detail->riskFreeRate = 0.02;
     detail->historyVolatility = 0.2;
-    detail->lastExerciseDate = spec.expire;
-    detail->adjusted = spec.adjusted;
+    detail->lastExerciseDate = def.expire;
+    detail->adjusted = def.adjusted;
     return detail;
 }
 

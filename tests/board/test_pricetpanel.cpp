@@ -297,10 +297,10 @@ TEST_F(PriceTPanel, UnderlyingWithoutExpiriesLeavesNoExpiryState)
     market::TInstrumentList list;
     list.push_back(boardtest::underlying("510050", "SH", "50ETF", 3.0));
     list.push_back(boardtest::underlying("510300", "SH", "300ETF", 4.0));
-    boardtest::OptionSpec spec;
-    spec.code = "10000091";
-    spec.undlCode = "510300";
-    list.push_back(boardtest::option(spec));
+    boardtest::OptionSpec def;
+    def.code = "10000091";
+    def.undlCode = "510300";
+    list.push_back(boardtest::option(def));
     installUniverse(list);
     panel->setTradeType(nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
     EXPECT_EQ(panel->getUndlCombo()->currentText(), QStringLiteral("510300.SH"));

@@ -31,10 +31,10 @@ protected:
         table.reset();
         BoardTest::TearDown();
     }
-    void addOption(const OptionSpec& spec)
+    void addOption(const OptionSpec& def)
     {
         market::TInstrumentList list = boardtest::defaultUniverse();
-        list.push_back(boardtest::option(spec));
+        list.push_back(boardtest::option(def));
         installUniverse(list);
     }
     QString text(int row, int column) { return table->itemText(row, column); }

@@ -108,10 +108,10 @@ TEST_F(PriceTTable, RowsSortByTheNumberOfTheStrike)
 {
     market::TInstrumentList list = boardtest::defaultUniverse();
     for (double strike : {10.0, 9.5}) {
-        OptionSpec spec;
-        spec.code = strike > 9.9 ? "10000061" : "10000062";
-        spec.strike = strike;
-        list.push_back(boardtest::option(spec));
+        OptionSpec def;
+        def.code = strike > 9.9 ? "10000061" : "10000062";
+        def.strike = strike;
+        list.push_back(boardtest::option(def));
     }
     OptionSpec adjusted;
     adjusted.code = "10000063";

@@ -448,10 +448,10 @@ TEST_F(RiskRows, TargetWithoutOptionPriceShowsZeros)
 
 TEST_F(RiskRows, NoHistoricalVolatilityLeavesZerosUnlessInClientMode)
 {
-    OptionSpec spec;
-    spec.code = "10000075";
-    spec.expire = 20261223;
-    auto detail = boardtest::option(spec);
+    OptionSpec def;
+    def.code = "10000075";
+    def.expire = 20261223;
+    auto detail = boardtest::option(def);
     detail->historyVolatility = utils::kAbsentDouble;
     addOption(detail);
     publish(quote("510050", 3.05, 3.0));
