@@ -318,54 +318,41 @@ void COptionPriceTTable::applyWrites(int row, const TPriceTCellWrites& cellWrite
     }
 }
 
-void COptionPriceTTable::updateQuoteTable(int row, boost::shared_ptr<TC::CPriceData> data)
+void COptionPriceTTable::updateRow(int row, const boost::shared_ptr<TC::CPriceData>& data, TC::EPriceTTableType set,
+                                   RowBuilder build)
 {
-    if (!data || tableType != PTT_QUOTE) {
+    // A row function writes only while its own column set is shown.
+    if (!data || tableType != set) {
         return;
     }
-    if (CPriceTRowBuilder::buildQuote(row, data, traderType, writes)) {
+    if (build(row, data, traderType, writes)) {
         applyWrites(row, writes);
     }
+}
+
+void COptionPriceTTable::updateQuoteTable(int row, boost::shared_ptr<TC::CPriceData> data)
+{
+    updateRow(row, data, PTT_QUOTE, &CPriceTRowBuilder::buildQuote);
 }
 
 void COptionPriceTTable::updateInfoTable(int row, boost::shared_ptr<TC::CPriceData> data)
 {
-    if (!data || tableType != PTT_INFO) {
-        return;
-    }
-    if (CPriceTRowBuilder::buildInfo(row, data, traderType, writes)) {
-        applyWrites(row, writes);
-    }
+    updateRow(row, data, PTT_INFO, &CPriceTRowBuilder::buildInfo);
 }
 
 void COptionPriceTTable::updatePriceTable(int row, boost::shared_ptr<TC::CPriceData> data)
 {
-    if (!data || tableType != PTT_PRICE) {
-        return;
-    }
-    if (CPriceTRowBuilder::buildPrice(row, data, traderType, writes)) {
-        applyWrites(row, writes);
-    }
+    updateRow(row, data, PTT_PRICE, &CPriceTRowBuilder::buildPrice);
 }
 
 void COptionPriceTTable::updateRiskTable(int row, boost::shared_ptr<TC::CPriceData> data)
 {
-    if (!data || tableType != PTT_RISK) {
-        return;
-    }
-    if (CPriceTRowBuilder::buildRisk(row, data, traderType, writes)) {
-        applyWrites(row, writes);
-    }
+    updateRow(row, data, PTT_RISK, &CPriceTRowBuilder::buildRisk);
 }
 
 void COptionPriceTTable::updateTargetTable(int row, boost::shared_ptr<TC::CPriceData> data)
 {
-    if (!data || tableType != PTT_TARGET) {
-        return;
-    }
-    if (CPriceTRowBuilder::buildTarget(row, data, traderType, writes)) {
-        applyWrites(row, writes);
-    }
+    updateRow(row, data, PTT_TARGET, &CPriceTRowBuilder::buildTarget);
 }
 
 double COptionPriceTTable::calcForecastMargin(const std::shared_ptr<nqservice::CInstrumentDetail>& option)

@@ -95,6 +95,8 @@ private:
     double calcForecastMargin(const std::shared_ptr<nqservice::CInstrumentDetail>& option);
     // Replays a row function's writes into the row.
     void applyWrites(int row, const TPriceTCellWrites& writes);
+    using RowBuilder = bool (*)(int, const boost::shared_ptr<CPriceData>&, int, TPriceTCellWrites&);
+    void updateRow(int row, const boost::shared_ptr<TC::CPriceData>& data, TC::EPriceTTableType set, RowBuilder build);
     // Puts the pair of buttons into a cell; a cell that shows this pair already keeps it.
     void placeButtons(int row, int column, int id, TC::ButtonColor color);
     void rebuildCodeRows();
