@@ -5,6 +5,7 @@
 
 #include "seam/common.h"
 #include "services/pricing/bracketedimpliedvolatility.h"
+#include "services/pricing/finitedifferencegreeks.h"
 #include "services/pricing/impliedvolatility.h"
 #include "services/pricing/normaldistribution.h"
 
@@ -125,30 +126,8 @@ double baroneAdesiWhaleyPrice(OptionType type, double S, double K, double T, dou
 OptionGreeks baroneAdesiWhaleyGreeks(OptionType type, double S, double K, double T, double rate, double carry,
                                      double sigma, Underlying underlying)
 {
-    auto price = [&](double s, double t, double r, double v) {
-        // A futures price keeps its zero carry as the rate moves; a spot's
-        // carry moves with the rate (the dividend yield is held).
-        const double b = underlying == Underlying::Spot ? carry + (r - rate) : carry;
-        return baroneAdesiWhaleyPrice(type, s, K, t, r, b, v);
-    };
-    OptionGreeks g;
-    g.price = price(S, T, rate, sigma);
-    const double dS = 1e-4 * S;
-    const double up = price(S + dS, T, rate, sigma);
-    const double down = price(S - dS, T, rate, sigma);
-    g.delta = (up - down) / (2.0 * dS);
-    g.gamma = (up - 2.0 * g.price + down) / (dS * dS);
-    const double dV = 1e-4;
-    g.vega = (price(S, T, rate, sigma + dV) - price(S, T, rate, std::max(sigma - dV, 0.0))) /
-             (sigma + dV - std::max(sigma - dV, 0.0));
-    const double dR = 1e-5;
-    g.rho = (price(S, T, rate + dR, sigma) - price(S, T, rate - dR, sigma)) / (2.0 * dR);
-    // theta = -dV/dT, one-sided near expiry so that T stays positive.
-    const double dT = std::min(1e-5, 0.5 * T);
-    if (dT > 0.0) {
-        g.theta = -(price(S, T + dT, rate, sigma) - price(S, T - dT, rate, sigma)) / (2.0 * dT);
-    }
-    return g;
+    const auto priceAt = [&](double s, double t, double r, double b, double v) { return baroneAdesiWhaleyPrice(type, s, K, t, r, b, v); };
+    return finiteDifferenceGreeks(priceAt, S, T, rate, carry, sigma, underlying);
 }
 
 double baroneAdesiWhaleyImpliedVolatility(OptionType type, double S, double K, double T, double rate,
