@@ -41,6 +41,8 @@ CUiResource::CUiResource()
         }
     }
     m_current = QStringLiteral("dark");
+    auto dark = m_themes.find(m_current);
+    m_currentTheme = dark != m_themes.end() ? dark->second.get() : nullptr;
 }
 
 CUiResource::~CUiResource() = default;
@@ -96,11 +98,7 @@ std::unique_ptr<CUiResource::Theme> CUiResource::loadTheme(const QString& path)
     return theme;
 }
 
-const CUiResource::Theme* CUiResource::current() const
-{
-    auto it = m_themes.find(m_current);
-    return it == m_themes.end() ? nullptr : it->second.get();
-}
+const CUiResource::Theme* CUiResource::current() const { return m_currentTheme; }
 
 void CUiResource::reportUnknown(const QString& kind, const QString& key) const
 {
@@ -163,13 +161,15 @@ const QPixmap* CUiResource::getPixmap(const QString& key) const
 
 bool CUiResource::setTheme(const QString& name)
 {
-    if (m_themes.find(name) == m_themes.end()) {
+    auto theme = m_themes.find(name);
+    if (theme == m_themes.end()) {
         return false;
     }
     if (name == m_current) {
         return true;
     }
     m_current = name;
+    m_currentTheme = theme->second.get();
     // A handler may destroy others while it reacts; ask the registry before each call.
     for (CUiResourceChangeHandler* handler : CUiResourceChangeHandler::liveHandlers()) {
         if (CUiResourceChangeHandler::isLive(handler)) {
@@ -200,6 +200,7 @@ QStringList CUiResource::keys(const QString& kind) const
     } else if (kind == QLatin1String("images")) {
         collect(theme->images);
     }
+    result.sort();
     return result;
 }
 

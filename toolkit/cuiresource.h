@@ -13,6 +13,7 @@
 
 #include <map>
 #include <memory>
+#include <unordered_map>
 
 namespace WG {
 
@@ -49,12 +50,19 @@ public:
     static int defaultSize() { return 20; }
 
 private:
+    // Every cell of every table asks for a few keys at each paint: hashed, not
+    // ordered. A theme never changes once loaded, so its values stay put.
+    struct KeyHash {
+        std::size_t operator()(const QString& key) const { return qHash(key); }
+    };
+    template <typename T>
+    using KeyMap = std::unordered_map<QString, T, KeyHash>;
     struct Theme {
         QString name;
-        std::map<QString, QColor> colors;
-        std::map<QString, QFont> fonts;
-        std::map<QString, int> sizes;
-        std::map<QString, QPixmap> images;
+        KeyMap<QColor> colors;
+        KeyMap<QFont> fonts;
+        KeyMap<int> sizes;
+        KeyMap<QPixmap> images;
     };
     static std::unique_ptr<Theme> loadTheme(const QString& path);
     const Theme* current() const;
@@ -62,6 +70,7 @@ private:
 
     std::map<QString, std::unique_ptr<Theme>> m_themes;
     QString m_current;
+    const Theme* m_currentTheme = nullptr;
     QColor m_defaultColor;
     QFont m_defaultFont;
     QPixmap m_defaultPixmap;
