@@ -1,6 +1,7 @@
 #include "toolkit/cpushbutton.h"
 
 #include "seam/uievents.h"
+#include "toolkit/ctextlinepainter.h"
 #include "toolkit/cuiresource.h"
 
 #include <QFontMetrics>
@@ -188,11 +189,10 @@ void CPushButton::paintEvent(QPaintEvent*)
         painter.drawPixmap(imageTarget, *pixmap, source);
     }
     if (!label.isEmpty()) {
-        painter.setFont(font);
         painter.setPen(*res->getColor(currentTextColorKey()));
         const Qt::Alignment align = (pixmap != nullptr && m_horizontalText) ? (Qt::AlignLeft | Qt::AlignVCenter)
                                                                            : Qt::AlignCenter;
-        painter.drawText(textRect, int(align), metrics.elidedText(label, Qt::ElideRight, textRect.width()));
+        CTextLinePainter::draw(&painter, textRect, int(align), label, font);
     }
 }
 
