@@ -45,6 +45,32 @@ bool CTableCellModel::looksNumeric(const QString& text)
     return (first == QLatin1Char('-') || first == QLatin1Char('+')) && text.size() > 1 && text.at(1).isDigit();
 }
 
+int CTableCellModel::alignmentOf(const Cell& cell, const Column& column)
+{
+    if (column.alignment != 0) {
+        return column.alignment;
+    }
+    const bool number = cell.type == QVariant::Double || cell.type == QVariant::Int || cell.type == QVariant::LongLong ||
+                        looksNumeric(cell.text);
+    return static_cast<int>((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
+bool CTableCellModel::cellPaint(int row, int column, CellPaint& paint) const
+{
+    if (!valid(row, column)) {
+        return false;
+    }
+    const Cell& cell = m_rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+    const Column& properties = m_columns[column];
+    paint.text = &cell.text;
+    paint.textColorKey = &cell.textColorKey;
+    paint.backgroundKey = &cell.backgroundKey;
+    paint.changedAt = cell.changedAt;
+    paint.alignment = alignmentOf(cell, properties);
+    paint.bold = properties.bold;
+    return true;
+}
+
 QVariant CTableCellModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid() || !valid(index.row(), index.column())) {
@@ -56,14 +82,8 @@ QVariant CTableCellModel::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
     case Qt::EditRole:
         return cell.text;
-    case Qt::TextAlignmentRole: {
-        if (column.alignment != 0) {
-            return column.alignment;
-        }
-        const bool number = cell.type == QVariant::Double || cell.type == QVariant::Int ||
-                            cell.type == QVariant::LongLong || looksNumeric(cell.text);
-        return static_cast<int>((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    }
+    case Qt::TextAlignmentRole:
+        return alignmentOf(cell, column);
     case SortRole:
         if (cell.type == QVariant::Double || cell.type == QVariant::Int || cell.type == QVariant::LongLong) {
             return cell.number;

@@ -74,6 +74,18 @@ public:
     QString cellBackgroundKey(int row, int column) const;
     double cellChangedAt(int row, int column) const;
 
+    // What a painter reads of a cell, without variants: a paint reads every
+    // visible cell. The pointers live until the cell's next write.
+    struct CellPaint {
+        const QString* text = nullptr;
+        const QString* textColorKey = nullptr;
+        const QString* backgroundKey = nullptr;
+        double changedAt = 0.0;
+        int alignment = 0;  // as Qt::TextAlignmentRole gives it
+        bool bold = false;
+    };
+    bool cellPaint(int row, int column, CellPaint& paint) const;
+
     // Emits the pending ranged dataChanged now; a no-op when nothing is pending.
     void flush();
     bool hasPendingChanges() const { return m_pendingTop >= 0; }
@@ -101,6 +113,7 @@ private:
     bool valid(int row, int column) const;
     void markChanged(int row, int column);
     static bool looksNumeric(const QString& text);
+    static int alignmentOf(const Cell& cell, const Column& column);
 
     std::vector<std::vector<Cell>> m_rows;
     QVector<Column> m_columns;

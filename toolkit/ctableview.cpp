@@ -23,17 +23,17 @@ QColor themeColor(const char* key) { return *CUiResource::get()->getColor(QStrin
 
 // ---- CTableView ----
 
+// The viewport is not marked opaque although it paints every pixel: Qt
+// repaints an opaque widget's own updates in a pass of their own, and the
+// area of item widgets shown in the same tick a second time with the window.
 CTableView::CTableView(IBaseTable* table, QWidget* parent) : QTableView(parent), m_table(table) {}
 
 void CTableView::paintEvent(QPaintEvent* event)
 {
-    {
-        // The area under the last row takes the table's colour, resolved now.
-        QPainter painter(viewport());
-        painter.fillRect(viewport()->rect(), themeColor("clr_table_background"));
-    }
+    executeDelayedItemsLayout();
+    QPainter painter(viewport());
     m_table->m_paintClock = utils::clockMSec();
-    QTableView::paintEvent(event);
+    m_table->paintCells(&painter, event->region());
     m_table->m_paintClock = 0.0;
 }
 

@@ -26,51 +26,10 @@ namespace WG {
 
 namespace {
 
-const QString kFontNormal = QStringLiteral("fnt_default_normal_fix");
-const QString kFontBold = QStringLiteral("fnt_default_normal_heavy_fix");
-constexpr int kCellPadding = 4;
 constexpr int kMaxAutoWidth = 400;
 constexpr int kMinAutoWidth = 36;
 constexpr int kRowsMeasured = 500;
 constexpr int kMaxWidth = 10000;
-
-// The width of a text of printable ASCII from per-character advances kept per
-// font, or -1 for other texts. Cells mostly hold numbers and codes: a cell that
-// surely fits is drawn without the shaping pass that eliding costs.
-int asciiTextWidth(const QFont& font, const QString& text)
-{
-    struct Advances {
-        QFont font;
-        int width[95] = {};
-    };
-    static Advances cache[2];
-    static int next = 0;
-    Advances* found = nullptr;
-    for (Advances& entry : cache) {
-        if (entry.width[0] > 0 && entry.font == font) {
-            found = &entry;
-            break;
-        }
-    }
-    if (found == nullptr) {
-        found = &cache[next];
-        next = (next + 1) % 2;
-        found->font = font;
-        const QFontMetrics metrics(font);
-        for (int c = 0; c < 95; ++c) {
-            found->width[c] = qMax(1, metrics.horizontalAdvance(QChar(0x20 + c)));
-        }
-    }
-    int width = 0;
-    for (const QChar ch : text) {
-        const ushort code = ch.unicode();
-        if (code < 0x20 || code > 0x7e) {
-            return -1;
-        }
-        width += found->width[code - 0x20];
-    }
-    return width;
-}
 
 QString csvField(const QString& text)
 {
@@ -160,6 +119,7 @@ IBaseTable::~IBaseTable()
 void IBaseTable::attachModel(QAbstractItemModel* model)
 {
     m_model = model;
+    m_cells = qobject_cast<CTableCellModel*>(model);
     m_proxy->setSourceModel(model);
     m_view->setModel(m_proxy);
     auto resync = [this] {
@@ -846,8 +806,8 @@ void IBaseTable::adjustColumnWidth()
         return;
     }
     const CUiResource* resource = CUiResource::get();
-    const QFontMetrics normal(*resource->getFont(kFontNormal));
-    const QFontMetrics bold(*resource->getFont(kFontBold));
+    const QFontMetrics normal(*resource->getFont(cellFontKey(false)));
+    const QFontMetrics bold(*resource->getFont(cellFontKey(true)));
     const int rows = std::min(m_model->rowCount(), kRowsMeasured);
     for (int column = 0; column < columnCount(); ++column) {
         const QFontMetrics& metrics = columnBoldFont(column) ? bold : normal;
@@ -992,8 +952,8 @@ void IBaseTable::themeChanged()
     m_view->verticalHeader()->setMinimumSectionSize(rowHeight);
     m_view->verticalHeader()->setDefaultSectionSize(rowHeight);
     m_header->setFixedHeight(std::max(resource->getSize(QStringLiteral("siz_table_header_height")), 18));
-    m_view->setFont(*resource->getFont(m_setting.fontKey.isEmpty() ? kFontNormal : m_setting.fontKey));
-    m_header->setFont(*resource->getFont(kFontNormal));
+    m_view->setFont(*resource->getFont(m_setting.fontKey.isEmpty() ? cellFontKey(false) : m_setting.fontKey));
+    m_header->setFont(*resource->getFont(cellFontKey(false)));
     m_statRow->setFixedHeight(rowHeight);
     m_view->viewport()->update();
     m_header->viewport()->update();
@@ -1142,97 +1102,6 @@ void IBaseTable::buildContextMenu(QMenu* menu, int column)
             connect(action, &QAction::toggled, this, [this, logical](bool on) { setColumnVisible(logical, on); });
         }
     }
-}
-
-}  // namespace WG
-
-namespace WG {
-
-void IBaseTable::paintCell(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
-{
-    const CUiResource* resource = CUiResource::get();
-    const QModelIndex source = sourceIndex(index);
-    const int column = source.column();
-    const QRect rect = option.rect;
-
-    QColor background;
-    const QVariant given = source.data(CTableCellModel::BackgroundColorRole);
-    if (given.isValid() && given.value<QColor>().isValid()) {
-        background = given.value<QColor>();
-    } else {
-        const QString key = source.data(CTableCellModel::BackgroundKeyRole).toString();
-        background = *resource->getColor(key.isEmpty() ? rowBackgroundKey(index.row()) : key);
-    }
-    painter->fillRect(rect, background);
-    if ((m_flags & BTF_HOVER_ROW) && m_view->hoverRow() == index.row()) {
-        painter->fillRect(rect, *resource->getColor(QStringLiteral("clr_table_background_hover")));
-    }
-    if ((option.state & QStyle::State_Selected) && !(m_flags & BTF_NO_ROW_SELECTION)) {
-        painter->fillRect(rect, *resource->getColor(QStringLiteral("clr_table_background_selected")));
-    }
-    if (cellFlashing(source, m_paintClock > 0.0 ? m_paintClock : utils::clockMSec())) {
-        const QColor& flash = *resource->getColor(QStringLiteral("clr_flash_background"));
-        if (m_flashBorderOnly) {
-            painter->setPen(flash.lighter(160));
-            painter->drawRect(rect.adjusted(0, 0, -1, -1));
-        } else {
-            painter->fillRect(rect, flash);
-        }
-    }
-    if (m_flags & BTF_GRID_LINES) {
-        // The same pixels as two one-pixel lines, but filled: the raster engine
-        // strokes an unclipped line an order of magnitude slower than it fills,
-        // and a table draws two per cell.
-        const QColor& grid = *resource->getColor(QStringLiteral("clr_table_grid_line"));
-        painter->fillRect(QRect(rect.right(), rect.top(), 1, rect.height()), grid);
-        painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), grid);
-    }
-
-    const bool bold = (column >= 0 && column < m_columns.size() && m_columns[column].bold) ||
-                      source.data(CTableCellModel::BoldRole).toBool();
-    const QFont& font = *resource->getFont(bold ? kFontBold : kFontNormal);
-    QColor textColor;
-    const QVariant givenText = source.data(CTableCellModel::TextColorRole);
-    if (givenText.isValid() && givenText.value<QColor>().isValid()) {
-        textColor = givenText.value<QColor>();
-    } else {
-        const QString key = source.data(CTableCellModel::TextColorKeyRole).toString();
-        textColor = *resource->getColor(key.isEmpty() ? QStringLiteral("clr_text_default") : key);
-    }
-    int alignment = column >= 0 && column < m_columns.size() ? m_columns[column].alignment : 0;
-    if (alignment == 0) {
-        alignment = source.data(Qt::TextAlignmentRole).toInt();
-    }
-    alignment = (alignment & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter;
-
-    const QString text = source.data(Qt::DisplayRole).toString();
-    if (CBaseTableColumnWidgetDelegate* delegate = columnDelegate(column)) {
-        CCellPaintContext context;
-        context.rect = rect;
-        context.font = font;
-        context.text = text;
-        context.textColor = textColor;
-        context.alignment = alignment;
-        context.selected = option.state & QStyle::State_Selected;
-        painter->save();
-        delegate->paintCell(painter, rowKey(source.row()), context);
-        painter->restore();
-        return;
-    }
-    if (text.isEmpty()) {
-        return;
-    }
-    painter->setFont(font);
-    painter->setPen(textColor);
-    const QRect textRect = rect.adjusted(kCellPadding, 0, -kCellPadding, 0);
-    // Two pixels of room against rounding and kerning before trusting the estimate.
-    const int estimate = asciiTextWidth(font, text);
-    if (estimate >= 0 && estimate + 2 <= textRect.width()) {
-        painter->drawText(textRect, alignment, text);
-        return;
-    }
-    const QFontMetrics metrics(font);
-    painter->drawText(textRect, alignment, metrics.elidedText(text, Qt::ElideRight, textRect.width()));
 }
 
 }  // namespace WG

@@ -26,11 +26,14 @@ class QMenu;
 class QPainter;
 class QStyleOptionViewItem;
 class QModelIndex;
+class QRect;
+class QRegion;
 
 namespace WG {
 
 class CBaseTableColumnWidgetDelegate;
 class CTableHeaderView;
+class CTableCellModel;
 class CTableItemPainter;
 class CTableSortProxy;
 class CTableStatRow;
@@ -207,7 +210,20 @@ private:
     QString rowsAsText(const QVector<int>& rows, QChar separator, bool quote);
     QVector<int> rowsInViewOrder() const;
 
+    // Painting (ibasetablepainting.cpp). The view paints every cell that meets
+    // its dirty region in one pass, resolving the theme once per paint;
+    // paintCell serves the item delegate's single-cell requests.
+    struct CellLook;
+    struct PaintState;
+    static const QString& cellFontKey(bool bold);
+    static constexpr int kCellPadding = 4;
+    void paintCells(QPainter* painter, const QRegion& region) const;
     void paintCell(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& viewIndex) const;
+    void readCell(int sourceRow, int sourceColumn, CellLook& look) const;
+    void paintCellBackground(QPainter* painter, const QRect& rect, const CellLook& look, const QColor& rowBackground,
+                             bool hover, bool selected, bool flashing, const PaintState& state) const;
+    void paintCellContent(QPainter* painter, const QRect& rect, int sourceRow, int sourceColumn, bool selected,
+                          const CellLook& look, const PaintState& state) const;
     bool commitEdit(int row, int column, const QString& text);
 
     int m_id;
@@ -219,6 +235,7 @@ private:
     CTableSortProxy* m_proxy = nullptr;
     CTableStatRow* m_statRow = nullptr;
     QAbstractItemModel* m_model = nullptr;
+    CTableCellModel* m_cells = nullptr;  // m_model when it is a normal table's cells: read without variants
     int m_sortColumn = -1;
     int m_sortOrder = TSO_NONE;
     int m_flashDuration = 600;
