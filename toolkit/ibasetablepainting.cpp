@@ -223,7 +223,8 @@ void IBaseTable::paintCells(QPainter* painter, const QRegion& region) const
     int firstRow = rows->visualIndexAt(dirty.top());
     int lastRow = rows->visualIndexAt(dirty.bottom());
     if (firstRow < 0) {
-        firstRow = 0;
+        // Above the first row there is nothing; below the last, no row to paint.
+        firstRow = dirty.top() >= cellsBottom ? rows->count() : 0;
     }
     if (lastRow < 0) {
         lastRow = rows->count() - 1;
@@ -253,6 +254,9 @@ void IBaseTable::paintCells(QPainter* painter, const QRegion& region) const
         painted.append({viewRow, sourceRow, rows->sectionViewportPosition(viewRow), height, touched});
     }
 
+    if (painted.isEmpty()) {
+        return;
+    }
     // Backgrounds first, then the grid over them, then the contents: the
     // order of one cell at a time, in three sweeps.
     const auto cellSelected = [&](const Row& row, int column) {
