@@ -4,14 +4,15 @@
 #include <QFontMetrics>
 #include <QFontMetricsF>
 #include <QGlyphRun>
+#include <QHash>
 #include <QPainter>
 #include <QRawFont>
-#include <QHash>
 #include <QRect>
 #include <QTextLayout>
 
 #include <array>
 #include <memory>
+#include <vector>
 
 namespace WG {
 
@@ -40,9 +41,10 @@ int symbolOf(ushort code)
 }
 
 // One font's layout of the symbols, as Qt's shaping lays them out: a glyph and
-// an advance each, and the correction of every pair (kerning). Built from
-// two-symbol layouts, so that the result is Qt's own; a font whose layout of a
-// pair is anything but two glyphs of its primary face is not described.
+// an advance each, and the correction of every pair (kerning). Measured from
+// Qt's layouts of every pair, so that the result is Qt's own; a font whose
+// layout of a pair is anything but the two glyphs of its primary face is not
+// described.
 struct CFontTables {
     QFont font;
     QRawFont raw;

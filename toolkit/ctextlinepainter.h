@@ -3,9 +3,10 @@
 // with the same pixels. Shaping is most of what drawing such short texts costs:
 // a text made only of digits and the signs that format numbers is laid out from
 // per-font tables of glyphs, advances and pair kerning, measured once through
-// Qt's own shaping; any other one-line text is shaped once per font and room
-// and kept (names and labels repeat from paint to paint). Texts of several
-// lines or control characters go straight to QPainter::drawText.
+// Qt's own shaping. For any other one-line text the elided form is kept per
+// font and room, and a left-aligned line's layout with it (names and labels
+// repeat from paint to paint). Texts of several lines or control characters go
+// straight to QPainter::drawText.
 // GUI thread only: the tables are shared by every widget of the process.
 #pragma once
 
