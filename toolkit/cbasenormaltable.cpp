@@ -9,6 +9,8 @@
 
 #include <QResizeEvent>
 
+#include <array>
+
 namespace WG {
 
 // The cell's own widget: stays in the view for the life of the cell, so that
@@ -139,6 +141,28 @@ private:
 };
 
 namespace {
+
+// Colour keys arrive as C strings, mostly the same few literals tick after
+// tick: a key met before at the same address is handed on as the QString
+// made then, which shares its text, instead of being converted and allocated
+// again. The text is compared too, since an address may be reused. GUI thread.
+QString sharedKey(const char* key)
+{
+    if (key == nullptr || *key == '\0') {
+        return QString();
+    }
+    struct Entry {
+        const char* address = nullptr;
+        QString text;
+    };
+    static std::array<Entry, 64> recent;
+    Entry& entry = recent[(reinterpret_cast<quintptr>(key) >> 3) % recent.size()];
+    if (entry.address != key || entry.text != QLatin1String(key)) {
+        entry.address = key;
+        entry.text = QString::fromUtf8(key);
+    }
+    return entry.text;
+}
 
 quint64 holderKey(int row, int column)
 {
@@ -358,12 +382,12 @@ void CBaseNormalTable::setItemDouble(int row, int column, double value, int deci
 
 void CBaseNormalTable::setItemTextColorKey(int row, int column, const char* key, bool)
 {
-    m_model->setCellTextColorKey(row, column, key != nullptr ? QString::fromUtf8(key) : QString());
+    m_model->setCellTextColorKey(row, column, sharedKey(key));
 }
 
 void CBaseNormalTable::setItemBackgroundColorKey(int row, int column, const char* key, bool)
 {
-    m_model->setCellBackgroundKey(row, column, key != nullptr ? QString::fromUtf8(key) : QString());
+    m_model->setCellBackgroundKey(row, column, sharedKey(key));
 }
 
 void CBaseNormalTable::clearItem(int row, int column)

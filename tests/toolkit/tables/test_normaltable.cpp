@@ -18,6 +18,7 @@
 #include <QTableView>
 #include <QTest>
 
+#include <cstdio>
 #include <vector>
 
 namespace {
@@ -458,6 +459,31 @@ TEST_F(NormalTableTest, SelectedRowFollowsItsIdUnderSorting)
     table->setSelectedRow(0);
     EXPECT_EQ(table->selectedRow(), 0);
     EXPECT_EQ(table->rowPosition(0), 2);
+}
+
+}  // namespace
+
+namespace {
+
+// Colour keys come as C strings; one written from a buffer that is then
+// rewritten in place must still give the new key.
+TEST_F(NormalTableTest, ColourKeysFromAReusedBufferKeepTheirNewText)
+{
+    table->setRowCount(1);
+    const auto keyOf = [this](int role) {
+        return table->tableView()->model()->index(0, 1).data(role).toString();
+    };
+    char buffer[32] = "clr_global_rise";
+    table->setItemTextColorKey(0, 1, buffer, true);
+    table->setItemBackgroundColorKey(0, 1, buffer, true);
+    EXPECT_EQ(keyOf(WG::CTableCellModel::TextColorKeyRole), QStringLiteral("clr_global_rise"));
+    std::snprintf(buffer, sizeof buffer, "%s", "clr_global_fall");
+    table->setItemTextColorKey(0, 1, buffer, true);
+    table->setItemBackgroundColorKey(0, 1, buffer, true);
+    EXPECT_EQ(keyOf(WG::CTableCellModel::TextColorKeyRole), QStringLiteral("clr_global_fall"));
+    EXPECT_EQ(keyOf(WG::CTableCellModel::BackgroundKeyRole), QStringLiteral("clr_global_fall"));
+    table->setItemTextColorKey(0, 1, nullptr, true);
+    EXPECT_TRUE(keyOf(WG::CTableCellModel::TextColorKeyRole).isEmpty());
 }
 
 }  // namespace
