@@ -14,6 +14,7 @@
 #include "services/market/csimquoteclient.h"
 #include "services/pricing/cgreekandoptionscalculator.h"
 #include "services/user/cusersettingsstore.h"
+#include "bench/widgetbench.h"
 
 #include <benchmark/benchmark.h>
 
@@ -23,8 +24,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -39,20 +38,6 @@ public:
 private:
     long long m_ms;
 };
-
-// Resident memory of the process in kB.
-long residentKb()
-{
-    long pages = 0;
-    long resident = 0;
-    if (FILE* file = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2) {
-            resident = 0;
-        }
-        std::fclose(file);
-    }
-    return resident * 4;
-}
 
 // The desk's services on the generated universe, a shown board on 50ETF with
 // every expiry subscribed, and two rounds of snapshots of every 50ETF option.
@@ -191,7 +176,7 @@ void BM_TenThousandTicks(benchmark::State& state)
     }
     const int widgetsBefore = QApplication::allWidgets().size();
     const int buttonsBefore = rig.panel->getChainTable()->buttonListsMade();
-    const long memoryBefore = residentKb();
+    const long memoryBefore = widgetbench::statusKb("VmRSS");
     for (auto _ : state) {
         for (int tick = 0; tick < 10000; ++tick) {
             rig.buffer(tick % 2 == 0);
@@ -203,23 +188,10 @@ void BM_TenThousandTicks(benchmark::State& state)
     state.counters["widgetsAfter"] = QApplication::allWidgets().size();
     state.counters["buttonListsMade"] = rig.panel->getChainTable()->buttonListsMade() - buttonsBefore;
     state.counters["rssBeforeKb"] = static_cast<double>(memoryBefore);
-    state.counters["rssAfterKb"] = static_cast<double>(residentKb());
+    state.counters["rssAfterKb"] = static_cast<double>(widgetbench::statusKb("VmRSS"));
 }
 BENCHMARK(BM_TenThousandTicks)->Iterations(1)->Unit(benchmark::kSecond);
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
-    if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
-        setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return widgetbench::run(argc, argv); }

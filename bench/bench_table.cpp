@@ -7,6 +7,7 @@
 // and whether ten thousand ticks make widgets or resident memory grow.
 #include "toolkit/cpushbutton.h"
 #include "toolkit/cstandardtable.h"
+#include "bench/widgetbench.h"
 
 #include <benchmark/benchmark.h>
 
@@ -14,9 +15,6 @@
 #include <QTableView>
 
 #include <ctime>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 
 namespace {
@@ -35,24 +33,6 @@ bool isButtonColumn(int column)
         }
     }
     return false;
-}
-
-// A field of /proc/self/status in kB ("VmRSS", "VmHWM").
-long statusKb(const char* field)
-{
-    long value = 0;
-    if (FILE* file = std::fopen("/proc/self/status", "r")) {
-        char line[256];
-        const std::size_t length = std::strlen(field);
-        while (std::fgets(line, sizeof line, file) != nullptr) {
-            if (std::strncmp(line, field, length) == 0 && line[length] == ':') {
-                value = std::strtol(line + length + 1, nullptr, 10);
-                break;
-            }
-        }
-        std::fclose(file);
-    }
-    return value;
 }
 
 // CPU time of this thread in milliseconds: the machine is shared, so phases
@@ -244,15 +224,15 @@ void BM_TenThousandTicks(benchmark::State& state)
         for (int n = 1; n <= 10000; ++n) {
             rig.tick(n, &times);
             if (n == 1000) {
-                rss1000 = statusKb("VmRSS");
+                rss1000 = widgetbench::statusKb("VmRSS");
                 widgets1000 = QApplication::allWidgets().size();
             }
         }
     }
     reportPhases(state, times, 10000);
     state.counters["rssAt1000Kb"] = static_cast<double>(rss1000);
-    state.counters["rssAt10000Kb"] = static_cast<double>(statusKb("VmRSS"));
-    state.counters["peakRssKb"] = static_cast<double>(statusKb("VmHWM"));
+    state.counters["rssAt10000Kb"] = static_cast<double>(widgetbench::statusKb("VmRSS"));
+    state.counters["peakRssKb"] = static_cast<double>(widgetbench::statusKb("VmHWM"));
     state.counters["widgetsAt1000"] = widgets1000;
     state.counters["widgetsAt10000"] = QApplication::allWidgets().size();
 }
@@ -260,17 +240,4 @@ BENCHMARK(BM_TenThousandTicks)->Iterations(1)->Unit(benchmark::kSecond);
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
-    if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
-        setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return widgetbench::run(argc, argv); }
