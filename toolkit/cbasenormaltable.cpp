@@ -56,15 +56,23 @@ public:
         m_shown = nullptr;
     }
 
-    // The second half: the staged widget takes its place in the cell and shows.
+    // The second half: the staged widget takes its place in the cell and shows,
+    // if the cell is in view. Out of view it waits hidden until scrolling or a
+    // larger viewport brings the cell in: a tick pays for what can be seen.
     void showStaged()
     {
-        if (m_child == nullptr || m_child == m_shown) {
+        if (m_child == nullptr || m_child == m_shown || !inView()) {
             return;
         }
         place();
         m_child->show();
         m_shown = m_child;
+    }
+
+    bool inView() const
+    {
+        const QWidget* viewport = parentWidget();
+        return viewport == nullptr || geometry().intersects(viewport->rect());
     }
 
     QWidget* child() const { return m_child; }
@@ -76,6 +84,14 @@ protected:
     {
         QWidget::resizeEvent(event);
         place();
+        showStaged();
+    }
+
+    // Scrolling moves the holders; one that enters the view shows what it holds.
+    void moveEvent(QMoveEvent* event) override
+    {
+        QWidget::moveEvent(event);
+        showStaged();
     }
 
 private:
@@ -178,6 +194,20 @@ CBaseNormalTable::CBaseNormalTable(int id, QWidget* parent, EBaseTableMenuFlags 
     m_widgetTimer.setSingleShot(true);
     m_widgetTimer.setInterval(0);
     connect(&m_widgetTimer, &QTimer::timeout, this, &CBaseNormalTable::commitItemWidgets);
+    view()->viewport()->installEventFilter(this);
+}
+
+bool CBaseNormalTable::eventFilter(QObject* watched, QEvent* event)
+{
+    // A larger viewport brings cells into view without moving their holders.
+    if (event->type() == QEvent::Resize && watched == view()->viewport()) {
+        for (const QPointer<CItemWidgetHolder>& holder : qAsConst(m_holders)) {
+            if (holder != nullptr) {
+                holder->showStaged();
+            }
+        }
+    }
+    return IBaseTable::eventFilter(watched, event);
 }
 
 CBaseNormalTable::~CBaseNormalTable() = default;

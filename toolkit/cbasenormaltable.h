@@ -59,6 +59,7 @@ public:
     // cell answers with the new widget at once; on screen the old one makes way
     // for it at updateTable() or at the end of the current turn of the event loop,
     // together with all others replaced meanwhile, and is deleted afterwards.
+    // A widget whose cell is out of view stays hidden until the cell scrolls in.
     void setItemWidget(int row, int column, QWidget* widget, EAligns align = AL_CENTER, bool update = true);
     QWidget* itemWidget(int row, int column) const;
     // The table takes the editor and shows it over a cell of the column while editing.
@@ -73,6 +74,7 @@ protected:
     QAbstractItemModel* cellModel() const override;
     void applyEditedText(int row, int column, const QString& text) override;
     void onModelFlushNeeded() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void noteFlash();

@@ -181,6 +181,74 @@ TEST_F(ItemWidgetTest, ReplacedWidgetLeavesTheScreenAndTheNewOneShowsInTheCell)
               QColor(Qt::blue));
 }
 
+// Whether any part of the cell lies in the viewport.
+bool cellInView(WG::CStandardTable* table, int row, int column)
+{
+    QTableView* view = table->tableView();
+    return view->visualRect(view->model()->index(row, column)).intersects(view->viewport()->rect());
+}
+
+TEST_F(ItemWidgetTest, WidgetOfACellOutOfViewShowsWhenTheCellScrollsIn)
+{
+    window.resize(700, 160);  // a few rows in view, the last ones below
+    table->setGeometry(0, 0, 700, 160);
+    window.show();
+    for (int row = 0; row < kRows; ++row) {
+        table->setItemWidget(row, 3, counter.track(new QPushButton(QStringLiteral("开"))), WG::AL_CENTER, true);
+    }
+    table->updateTable();
+    settle();
+    const int last = kRows - 1;
+    ASSERT_FALSE(cellInView(table, last, 3)) << "the window is meant to leave the last row out of view";
+    ASSERT_TRUE(cellInView(table, 0, 3));
+
+    // A tick replaces every widget: those in view show, the last row's waits.
+    for (int row = 0; row < kRows; ++row) {
+        table->setItemWidget(row, 3, counter.track(new QPushButton(QStringLiteral("平"))), WG::AL_CENTER, true);
+    }
+    table->updateTable();
+    settle();
+    EXPECT_TRUE(table->itemWidget(0, 3)->isVisible());
+    QPointer<QWidget> waiting = table->itemWidget(last, 3);
+    ASSERT_FALSE(waiting.isNull()) << "the cell answers with its widget in or out of view";
+    EXPECT_FALSE(waiting->isVisible());
+    EXPECT_EQ(counter.live(), kRows) << "the widgets shown before were replaced and destroyed all the same";
+
+    table->tableView()->scrollToBottom();
+    settle();
+    ASSERT_TRUE(cellInView(table, last, 3));
+    ASSERT_FALSE(waiting.isNull());
+    EXPECT_TRUE(waiting->isVisible()) << "the cell scrolled in, and its widget with it";
+    const QRect placed(waiting->mapTo(table->tableView()->viewport(), QPoint(0, 0)), waiting->size());
+    EXPECT_TRUE(cellRect(last, 3).contains(placed)) << "and it sits in its cell";
+    EXPECT_EQ(counter.live(), kRows);
+}
+
+TEST_F(ItemWidgetTest, WidgetOfACellOutOfViewShowsWhenTheViewGrows)
+{
+    window.resize(700, 160);
+    table->setGeometry(0, 0, 700, 160);
+    window.show();
+    for (int tick = 0; tick < 2; ++tick) {
+        for (int row = 0; row < kRows; ++row) {
+            table->setItemWidget(row, 3, counter.track(new QPushButton(QStringLiteral("开"))), WG::AL_CENTER, true);
+        }
+        table->updateTable();
+        settle();
+    }
+    const int last = kRows - 1;
+    ASSERT_FALSE(cellInView(table, last, 3));
+    EXPECT_FALSE(table->itemWidget(last, 3)->isVisible());
+
+    window.resize(700, 600);
+    table->setGeometry(0, 0, 700, 600);
+    settle();
+    ASSERT_TRUE(cellInView(table, last, 3));
+    for (int row = 0; row < kRows; ++row) {
+        EXPECT_TRUE(table->itemWidget(row, 3)->isVisible()) << "row " << row;
+    }
+}
+
 TEST_F(ItemWidgetTest, WidgetReplacedTwiceBeforeTheCommitNeverShows)
 {
     window.show();
