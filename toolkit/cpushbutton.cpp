@@ -4,10 +4,83 @@
 #include "toolkit/ctextlinepainter.h"
 #include "toolkit/cuiresource.h"
 
+#include <QAccessibleWidget>
 #include <QFontMetrics>
 #include <QPainter>
 
 namespace WG {
+
+namespace {
+
+// What assistive technology learns of a CPushButton: a button (a check box when
+// checkable) named by its text, with its pressed and checked states, that a
+// press action clicks. Qt builds an interface for every button whose text is
+// set, whether or not anything listens, and tables replace their item buttons
+// every tick; this one is made without the signal lookups of Qt's own.
+class CPushButtonAccessible : public QAccessibleWidget {
+public:
+    explicit CPushButtonAccessible(QAbstractButton* button)
+        : QAccessibleWidget(button, button->isCheckable() ? QAccessible::CheckBox : QAccessible::Button)
+    {
+    }
+
+    QAccessible::Role role() const override
+    {
+        return button()->isCheckable() ? QAccessible::CheckBox : QAccessible::Button;
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        if (kind == QAccessible::Name && button()->accessibleName().isEmpty()) {
+            QString name = button()->text();
+            return name.remove(QLatin1Char('&'));
+        }
+        return QAccessibleWidget::text(kind);
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.pressed = button()->isDown();
+        state.checkable = button()->isCheckable();
+        state.checked = button()->isChecked();
+        return state;
+    }
+
+    QStringList actionNames() const override
+    {
+        QStringList names;
+        if (widget()->isEnabled()) {
+            names << (button()->isCheckable() ? toggleAction() : pressAction());
+        }
+        return names + QAccessibleWidget::actionNames();
+    }
+
+    void doAction(const QString& actionName) override
+    {
+        if (!widget()->isEnabled()) {
+            return;
+        }
+        if (actionName == pressAction() || actionName == toggleAction()) {
+            button()->click();
+        } else {
+            QAccessibleWidget::doAction(actionName);
+        }
+    }
+
+private:
+    QAbstractButton* button() const { return static_cast<QAbstractButton*>(widget()); }
+};
+
+QAccessibleInterface* pushButtonAccessible(const QString& className, QObject* object)
+{
+    if (className == QLatin1String(CPushButton::staticMetaObject.className()) && object->isWidgetType()) {
+        return new CPushButtonAccessible(static_cast<QAbstractButton*>(object));
+    }
+    return nullptr;
+}
+
+}  // namespace
 
 CPushButton::CPushButton(const QString& imageKey, int id, int imageColumns, int imageRows, int width, int height,
                          int spacing, QWidget* parent)
@@ -22,6 +95,8 @@ CPushButton::CPushButton(const QString& imageKey, int id, int imageColumns, int 
       m_textKeys{QStringLiteral("clr_button_text"), QStringLiteral("clr_button_text_hover"),
                  QStringLiteral("clr_button_text_active"), QStringLiteral("clr_button_text_disabled")}
 {
+    static const bool accessibleInstalled = (QAccessible::installFactory(pushButtonAccessible), true);
+    Q_UNUSED(accessibleInstalled)
     m_buttonColor.hover = QStringLiteral("clr_button_hover");
     m_buttonColor.active = QStringLiteral("clr_button_checked");
     setCursor(Qt::PointingHandCursor);

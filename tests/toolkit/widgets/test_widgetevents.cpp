@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QApplication>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -67,6 +69,37 @@ TEST_F(WidgetEventsTest, PushButtonTextColourKeyFollowsState)
     EXPECT_EQ(button->currentTextColorKey(), QStringLiteral("k_active"));
     button->setEnabled(false);
     EXPECT_EQ(button->currentTextColorKey(), QStringLiteral("k_disabled"));
+}
+
+TEST_F(WidgetEventsTest, PushButtonTellsAssistiveTechnologyItsNameStateAndPress)
+{
+    auto* button = new WG::CPushButton(QString(), 21, 1, 1, 60, 24, 4, recorder);
+    button->setText(QStringLiteral("买&开"));
+    button->show();
+    QAccessibleInterface* iface = QAccessible::queryAccessibleInterface(button);
+    ASSERT_NE(iface, nullptr);
+    EXPECT_EQ(iface->role(), QAccessible::Button);
+    EXPECT_EQ(iface->text(QAccessible::Name), QStringLiteral("买开")) << "the mnemonic mark is not read out";
+    EXPECT_FALSE(iface->state().checked);
+    QAccessibleActionInterface* actions = iface->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    ASSERT_TRUE(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    ASSERT_EQ(recorder->events.size(), 1) << "pressing it through accessibility clicks it";
+    EXPECT_EQ(recorder->events[0].code, WG::UE_BUTTON_CLICKED);
+    EXPECT_EQ(recorder->events[0].id, 21);
+
+    button->setCheckable(true);
+    button->setChecked(true);
+    EXPECT_EQ(iface->role(), QAccessible::CheckBox);
+    EXPECT_TRUE(iface->state().checkable);
+    EXPECT_TRUE(iface->state().checked);
+    EXPECT_TRUE(actions->actionNames().contains(QAccessibleActionInterface::toggleAction()));
+
+    button->setEnabled(false);
+    EXPECT_FALSE(actions->actionNames().contains(QAccessibleActionInterface::toggleAction()));
+    actions->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(recorder->events.size(), 1) << "a disabled button is not pressed";
 }
 
 TEST_F(WidgetEventsTest, PushButtonGroupIsExclusive)
