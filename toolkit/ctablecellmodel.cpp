@@ -221,7 +221,7 @@ void CTableCellModel::removeRowAt(int row)
 void CTableCellModel::clearRows()
 {
     m_flushTimer.stop();
-    m_pendingTop = m_pendingBottom = m_pendingLeft = m_pendingRight = -1;
+    dropPending();
     if (m_rows.empty()) {
         return;
     }
@@ -260,9 +260,8 @@ void CTableCellModel::setColumnBold(int column, bool bold)
 {
     if (column >= 0 && column < m_columns.size() && m_columns[column].bold != bold) {
         m_columns[column].bold = bold;
-        if (!m_rows.empty()) {
-            markChanged(0, column);
-            markChanged(static_cast<int>(m_rows.size()) - 1, column);
+        for (int row = 0; row < static_cast<int>(m_rows.size()); ++row) {
+            markChanged(row, column);
         }
     }
 }
@@ -293,16 +292,28 @@ void CTableCellModel::setColumnAlignment(int column, int alignment)
 
 void CTableCellModel::markChanged(int row, int column)
 {
-    if (m_pendingTop < 0) {
-        m_pendingTop = m_pendingBottom = row;
-        m_pendingLeft = m_pendingRight = column;
+    if (m_dirtyRows.empty()) {
         m_flushTimer.start();
+    }
+    if (static_cast<std::size_t>(row) >= m_dirtySpan.size()) {
+        m_dirtySpan.resize(std::max(m_rows.size(), static_cast<std::size_t>(row) + 1), {-1, -1});
+    }
+    std::pair<int, int>& span = m_dirtySpan[static_cast<std::size_t>(row)];
+    if (span.first < 0) {
+        m_dirtyRows.push_back(row);
+        span = {column, column};
         return;
     }
-    m_pendingTop = std::min(m_pendingTop, row);
-    m_pendingBottom = std::max(m_pendingBottom, row);
-    m_pendingLeft = std::min(m_pendingLeft, column);
-    m_pendingRight = std::max(m_pendingRight, column);
+    span.first = std::min(span.first, column);
+    span.second = std::max(span.second, column);
+}
+
+void CTableCellModel::dropPending()
+{
+    for (int row : m_dirtyRows) {
+        m_dirtySpan[static_cast<std::size_t>(row)] = {-1, -1};
+    }
+    m_dirtyRows.clear();
 }
 
 bool CTableCellModel::setCellText(int row, int column, const QString& text)
@@ -428,19 +439,48 @@ double CTableCellModel::cellChangedAt(int row, int column) const
 void CTableCellModel::flush()
 {
     m_flushTimer.stop();
-    if (m_pendingTop < 0) {
+    if (m_dirtyRows.empty()) {
         return;
     }
+    // A view repaints what a range covers: a tick that touches rows 3 and 50
+    // repaints those two rows, not the 46 between them. Past a few runs one
+    // range for all costs less than the signals.
+    constexpr std::size_t kMaxRuns = 8;
+    struct Run {
+        int top, bottom, left, right;
+    };
+    std::sort(m_dirtyRows.begin(), m_dirtyRows.end());
+    std::vector<Run> runs;
     const int rows = static_cast<int>(m_rows.size());
-    const int top = m_pendingTop;
-    const int bottom = std::min(m_pendingBottom, rows - 1);
-    const int left = m_pendingLeft;
-    const int right = std::min(m_pendingRight, m_columns.size() - 1);
-    m_pendingTop = m_pendingBottom = m_pendingLeft = m_pendingRight = -1;
-    if (top > bottom || left > right) {
-        return;
+    const int lastColumn = m_columns.size() - 1;
+    for (int row : m_dirtyRows) {
+        const std::pair<int, int> span = m_dirtySpan[static_cast<std::size_t>(row)];
+        if (row >= rows || span.first > lastColumn) {
+            continue;
+        }
+        const int right = std::min(span.second, lastColumn);
+        if (!runs.empty() && runs.back().bottom == row - 1) {
+            Run& run = runs.back();
+            run.bottom = row;
+            run.left = std::min(run.left, span.first);
+            run.right = std::max(run.right, right);
+        } else {
+            runs.push_back({row, row, span.first, right});
+        }
     }
-    emit dataChanged(index(top, left), index(bottom, right));
+    dropPending();
+    if (runs.size() > kMaxRuns) {
+        Run all = runs.front();
+        for (const Run& run : runs) {
+            all.bottom = run.bottom;
+            all.left = std::min(all.left, run.left);
+            all.right = std::max(all.right, run.right);
+        }
+        runs.assign(1, all);
+    }
+    for (const Run& run : runs) {
+        emit dataChanged(index(run.top, run.left), index(run.bottom, run.right));
+    }
 }
 
 }  // namespace WG

@@ -86,9 +86,10 @@ public:
     };
     bool cellPaint(int row, int column, CellPaint& paint) const;
 
-    // Emits the pending ranged dataChanged now; a no-op when nothing is pending.
+    // Emits the pending changes now, one ranged dataChanged per run of adjacent
+    // changed rows (one for all when the runs are many); a no-op when nothing is pending.
     void flush();
-    bool hasPendingChanges() const { return m_pendingTop >= 0; }
+    bool hasPendingChanges() const { return !m_dirtyRows.empty(); }
     // The clockMSec of the newest flash start, 0 if none.
     double lastFlashAt() const { return m_lastFlashAt; }
 
@@ -112,15 +113,16 @@ private:
 
     bool valid(int row, int column) const;
     void markChanged(int row, int column);
+    void dropPending();
     static bool looksNumeric(const QString& text);
     static int alignmentOf(const Cell& cell, const Column& column);
 
     std::vector<std::vector<Cell>> m_rows;
     QVector<Column> m_columns;
-    int m_pendingTop = -1;
-    int m_pendingBottom = -1;
-    int m_pendingLeft = -1;
-    int m_pendingRight = -1;
+    // Changed since the last flush: the rows, and per row the first and last
+    // changed column (-1 when the row is clean).
+    std::vector<int> m_dirtyRows;
+    std::vector<std::pair<int, int>> m_dirtySpan;
     double m_lastFlashAt = 0.0;
     QTimer m_flushTimer;
 };

@@ -8,10 +8,15 @@
 #include "toolkit/cuiresource.h"
 #include "toolkit/ibasetable.h"
 
+#include <QAccessible>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+
+#include <algorithm>
+#include <climits>
 
 namespace WG {
 
@@ -27,6 +32,53 @@ QColor themeColor(const char* key) { return *CUiResource::get()->getColor(QStrin
 // repaints an opaque widget's own updates in a pass of their own, and the
 // area of item widgets shown in the same tick a second time with the window.
 CTableView::CTableView(IBaseTable* table, QWidget* parent) : QTableView(parent), m_table(table) {}
+
+void CTableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QVector<int>& roles)
+{
+    // QTableView repaints its whole viewport for any range of more than one
+    // cell; a tick that changed two rows of a chain repaints those rows. Open
+    // editors take their data from the base class, and moved rows would make
+    // the range's rows lie apart.
+    if (topLeft == bottomRight || !topLeft.isValid() || !bottomRight.isValid() || state() == EditingState ||
+        verticalHeader()->sectionsMoved()) {
+        QTableView::dataChanged(topLeft, bottomRight, roles);
+        return;
+    }
+    if (isVisible()) {
+        viewport()->update(rangeRect(topLeft, bottomRight));
+    }
+#ifndef QT_NO_ACCESSIBILITY
+    if (QAccessible::isActive()) {
+        QAccessibleTableModelChangeEvent event(this, QAccessibleTableModelChangeEvent::DataChanged);
+        event.setFirstRow(topLeft.row());
+        event.setFirstColumn(topLeft.column());
+        event.setLastRow(bottomRight.row());
+        event.setLastColumn(bottomRight.column());
+        QAccessible::updateAccessibility(&event);
+    }
+#endif
+}
+
+QRect CTableView::rangeRect(const QModelIndex& topLeft, const QModelIndex& bottomRight) const
+{
+    const int grid = showGrid() ? 1 : 0;
+    const int top = rowViewportPosition(topLeft.row());
+    const int bottom = rowViewportPosition(bottomRight.row()) + rowHeight(bottomRight.row()) + grid;
+    int left = INT_MAX;
+    int right = INT_MIN;
+    for (int column = topLeft.column(); column <= bottomRight.column(); ++column) {
+        if (isColumnHidden(column)) {
+            continue;
+        }
+        const int x = columnViewportPosition(column);
+        left = std::min(left, x);
+        right = std::max(right, x + columnWidth(column) + grid);
+    }
+    if (left > right || bottom <= top) {
+        return QRect();
+    }
+    return QRect(QPoint(left, top), QPoint(right - 1, bottom - 1));
+}
 
 void CTableView::paintEvent(QPaintEvent* event)
 {

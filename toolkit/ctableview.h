@@ -24,6 +24,8 @@ signals:
     void sigRightClicked(const QModelIndex& index, const QPoint& globalPosition);
 
 protected:
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                     const QVector<int>& roles = QVector<int>()) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -31,6 +33,9 @@ protected:
     void leaveEvent(QEvent* event) override;
 
 private:
+    // The viewport area of a range of cells, grid lines included.
+    QRect rangeRect(const QModelIndex& topLeft, const QModelIndex& bottomRight) const;
+
     IBaseTable* m_table;
     int m_hoverRow = -1;
     Qt::MouseButton m_lastButton = Qt::NoButton;
