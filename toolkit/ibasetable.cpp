@@ -918,9 +918,42 @@ void IBaseTable::startFlashTimer()
 
 void IBaseTable::onFlashTick()
 {
-    m_view->viewport()->update();
-    if (utils::clockMSec() - m_lastFlashAt > m_flashDuration + m_flashTimer.interval()) {
+    // A flashing cell changes its look twice: when its value changes, which the
+    // write repaints, and when the flash ends. Only the cells in view whose
+    // flash ended since the last tick are repainted here.
+    const double now = utils::clockMSec();
+    const double since = m_flashTickAt > 0.0 ? m_flashTickAt : now - m_flashDuration - m_flashTimer.interval();
+    m_flashTickAt = now;
+    const QRect area = m_view->viewport()->rect();
+    const int rows = m_view->model() != nullptr ? m_view->model()->rowCount() : 0;
+    int firstRow = m_view->rowAt(area.top());
+    int lastRow = m_view->rowAt(area.bottom());
+    if (firstRow < 0) {
+        firstRow = 0;
+    }
+    if (lastRow < 0) {
+        lastRow = rows - 1;
+    }
+    QRegion ended;
+    for (int column = 0; column < m_columns.size() && m_model != nullptr; ++column) {
+        if (!m_columns[column].flash || m_view->isColumnHidden(column)) {
+            continue;
+        }
+        for (int row = firstRow; row <= lastRow; ++row) {
+            const QModelIndex shown = m_view->model()->index(row, column);
+            const double changedAt = sourceIndex(shown).data(CTableCellModel::ChangedAtRole).toDouble();
+            const double end = changedAt + m_flashDuration;
+            if (changedAt > 0.0 && end > since && end <= now) {
+                ended += m_view->visualRect(shown).adjusted(0, 0, 1, 1);  // with its grid lines
+            }
+        }
+    }
+    if (!ended.isEmpty()) {
+        m_view->viewport()->update(ended);
+    }
+    if (now - m_lastFlashAt > m_flashDuration + m_flashTimer.interval()) {
         m_flashTimer.stop();
+        m_flashTickAt = 0.0;
     }
 }
 

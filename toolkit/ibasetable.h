@@ -239,6 +239,7 @@ private:
     int m_sortColumn = -1;
     int m_sortOrder = TSO_NONE;
     int m_flashDuration = 600;
+    double m_flashTickAt = 0.0;  // clockMSec of the last flash tick, 0 while none runs
     QTimer m_flashTimer;
     double m_lastFlashAt = 0.0;
     QString m_backgroundKey;

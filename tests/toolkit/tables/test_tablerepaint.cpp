@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QPaintEvent>
 #include <QRegion>
 #include <QTableView>
@@ -103,6 +104,27 @@ TEST_F(TableRepaint, AColumnOfTheModelMadeBoldRepaintsTheWholeColumn)
         EXPECT_TRUE(recorder.painted.contains(cellRect(row, 6))) << "row " << row;
     }
     EXPECT_FALSE(recorder.painted.intersects(cellRect(10, 2)));
+}
+
+TEST_F(TableRepaint, AFlashRepaintsItsCellWhenItEndsAndNothingElse)
+{
+    table->setColumnFlashChange(5, true);
+    table->setFlashDuration(120);
+    table->setItemDouble(3, 5, 55.5, 2, utils::FNF_NONE, true);
+    table->updateTable();
+    settle();
+    ASSERT_TRUE(table->isCellFlashing(3, 5));
+    recorder.painted = QRegion();
+    recorder.paints = 0;
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < 400) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+    EXPECT_FALSE(table->isCellFlashing(3, 5));
+    EXPECT_TRUE(recorder.painted.contains(cellRect(3, 5))) << "the end of the flash shows";
+    EXPECT_FALSE(recorder.painted.intersects(cellRect(3, 4))) << "the flash ticks repaint no other cell";
+    EXPECT_FALSE(recorder.painted.intersects(cellRect(20, 5)));
 }
 
 }  // namespace
