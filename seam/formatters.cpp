@@ -1,6 +1,7 @@
 #include "seam/formatters.h"
 
 #include <cmath>
+#include <cstring>
 
 namespace WG {
 
@@ -35,6 +36,79 @@ QString trimFraction(QString number)
     return number;
 }
 
+// Cells are rewritten by the thousand every tick, so the common case is
+// formatted here without Qt's general conversion. It gives what
+// QString::number(value, 'f', decimals) gives (halves away from zero, decided
+// on the exact binary value) whenever the scaled value stays below 2^52;
+// anything larger returns false and takes Qt's way.
+bool fastFixed(double value, int decimals, FormatFlags flags, bool trimZeros, QString& out)
+{
+    static constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+    const double magnitude = std::fabs(value);
+    const double power = kPowers[decimals];
+    const double scaled = magnitude * power;
+    if (!(scaled < 4503599627370496.0)) {  // 2^52: every half is representable below it
+        return false;
+    }
+    double whole = std::floor(scaled);
+    const double fraction = scaled - whole;
+    if (fraction > 0.5) {
+        whole += 1.0;
+    } else if (fraction == 0.5) {
+        // The product was rounded to this half; its exact value decides.
+        if (std::fma(magnitude, power, -scaled) >= 0.0) {
+            whole += 1.0;
+        }
+    }
+    auto units = static_cast<unsigned long long>(whole);
+    const bool negative = std::signbit(value) && units != 0;  // zero shows without a sign
+
+    char digits[24];
+    int count = 0;
+    do {
+        digits[count++] = static_cast<char>('0' + units % 10);
+        units /= 10;
+    } while (units != 0);
+    while (count <= decimals) {
+        digits[count++] = '0';
+    }
+    int fractionDigits = decimals;
+    if (trimZeros) {
+        int dropped = 0;
+        while (dropped < fractionDigits && digits[dropped] == '0') {
+            ++dropped;
+        }
+        std::memmove(digits, digits + dropped, static_cast<std::size_t>(count - dropped));
+        count -= dropped;
+        fractionDigits -= dropped;
+    }
+    const bool grouped = flags.testFlag(utils::FNF_SEGMENTED);
+
+    char text[48];
+    int length = 0;
+    if (negative) {
+        text[length++] = '-';
+    }
+    for (int i = count - 1; i >= fractionDigits; --i) {
+        text[length++] = digits[i];
+        const int left = i - fractionDigits;  // integer digits still to come
+        if (grouped && left > 0 && left % 3 == 0) {
+            text[length++] = ',';
+        }
+    }
+    if (fractionDigits > 0) {
+        text[length++] = '.';
+        for (int i = fractionDigits - 1; i >= 0; --i) {
+            text[length++] = digits[i];
+        }
+    }
+    if (flags.testFlag(utils::FNF_PERCENT)) {
+        text[length++] = '%';
+    }
+    out = QString::fromLatin1(text, length);
+    return true;
+}
+
 QString fixed(long double value, int decimals, FormatFlags flags, bool trimZeros)
 {
     const bool percent = flags.testFlag(utils::FNF_PERCENT);
@@ -42,7 +116,11 @@ QString fixed(long double value, int decimals, FormatFlags flags, bool trimZeros
         value *= 100.0L;
     }
     decimals = std::max(0, std::min(decimals, 12));
-    QString text = QString::number(static_cast<double>(value), 'f', decimals);
+    QString text;
+    if (fastFixed(static_cast<double>(value), decimals, flags, trimZeros, text)) {
+        return text;
+    }
+    text = QString::number(static_cast<double>(value), 'f', decimals);
     // A value that rounds to zero shows without a sign.
     if (text.startsWith(QLatin1Char('-')) && text.count(QLatin1Char('0')) + text.count(QLatin1Char('.')) == text.size() - 1) {
         text.remove(0, 1);

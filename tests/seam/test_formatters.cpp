@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 #include <string>
 
 using WG::FormatFlags;
@@ -52,11 +53,60 @@ INSTANTIATE_TEST_SUITE_P(Cases, FormatDouble,
                                          DoubleCase{-0.1, 1, utils::FNF_PERCENT, false, "-10.0%"},
                                          DoubleCase{12.3456, 2, utils::FNF_PERCENT | utils::FNF_SEGMENTED, false,
                                                     "1,234.56%"},
+                                         DoubleCase{-1234.5, 4, utils::FNF_SEGMENTED, true, "-1,234.5"},
+                                         DoubleCase{999999.9999, 3, utils::FNF_SEGMENTED, false, "1,000,000.000"},
+                                         DoubleCase{100.0, 0, utils::FNF_SEGMENTED, false, "100"},
+                                         DoubleCase{1000.0, 0, utils::FNF_SEGMENTED, false, "1,000"},
+                                         DoubleCase{-0.00001, 2, utils::FNF_PERCENT, false, "0.00%"},
+                                         DoubleCase{0.5, 0, utils::FNF_PERCENT, true, "50%"},
+                                         DoubleCase{1e17, 2, utils::FNF_SEGMENTED, false, "100,000,000,000,000,000.00"},
                                          DoubleCase{2.8, 4, 0, true, "2.8"},
                                          DoubleCase{3.0, 4, 0, true, "3"},
                                          DoubleCase{DBL_MAX, 2, 0, false, "非法值"},
                                          DoubleCase{HUGE_VAL, 2, 0, false, "非法值"},
                                          DoubleCase{-HUGE_VAL, 2, utils::FNF_PERCENT, false, "非法值"}));
+
+// Formatting by hand must give what Qt's conversion gives, digit for digit,
+// wherever a table may meet the number: prices, greeks, volumes, exact halves,
+// products that round to a half, negative values that round to zero.
+TEST(Formatters, FixedDecimalsMatchQtsConversion)
+{
+    auto reference = [](double value, int decimals) {
+        QString text = QString::number(value, 'f', decimals);
+        if (text.startsWith(QLatin1Char('-')) &&
+            text.count(QLatin1Char('0')) + text.count(QLatin1Char('.')) == text.size() - 1) {
+            text.remove(0, 1);
+        }
+        return text;
+    };
+    std::mt19937_64 random(20261122);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    std::uniform_int_distribution<int> exponent(-8, 14);
+    std::uniform_int_distribution<int> places(0, 12);
+    int checked = 0;
+    auto check = [&](double value, int decimals) {
+        ASSERT_EQ(WG::formatDoubleNumber(value, decimals, FormatFlags(), false, kInvalid), reference(value, decimals))
+            << "value " << QString::number(value, 'g', 17).toStdString() << " decimals " << decimals;
+        ++checked;
+    };
+    for (int i = 0; i < 400000; ++i) {
+        const double value = (unit(random) - 0.5) * std::pow(10.0, exponent(random));
+        check(value, places(random));
+    }
+    // Prices on a tick grid and their halves, where rounding is decided by the last bit.
+    for (int cents = -300000; cents <= 300000; ++cents) {
+        check(cents / 1000.0, 2);
+        check(cents / 10000.0 + 0.00005, 4);
+        check(cents * 0.005, 2);
+    }
+    for (int decimals = 0; decimals <= 12; ++decimals) {
+        for (double value : {0.0, -0.0, 0.5, 1.5, 2.5, -2.5, 0.125, -0.375, 1.005, 2.675, 1e-13, -1e-13, 4503599627370495.0,
+                             4503599627370497.0, 9.999999999999999e15, 1e17, -1e20, 123456789.125}) {
+            check(value, decimals);
+        }
+    }
+    EXPECT_GT(checked, 2000000);
+}
 
 TEST(Formatters, NanIsInvalid)
 {
