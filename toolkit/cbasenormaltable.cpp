@@ -7,11 +7,31 @@
 #include "toolkit/ctablesortproxy.h"
 #include "toolkit/ctableview.h"
 
+#include <QLayout>
 #include <QResizeEvent>
 
 #include <array>
 
 namespace WG {
+
+// A layout that lays out nothing. On a holder it stands where Qt would otherwise
+// post a layout request each time a child shows or hides, and look through all
+// events posted so far for one to merge it with: with hundreds of widgets
+// replaced in a tick, that search grew with the square of their number.
+class CInertLayout : public QLayout {
+public:
+    explicit CInertLayout(QWidget* parent) : QLayout(parent)
+    {
+        setContentsMargins(0, 0, 0, 0);
+        setSizeConstraint(QLayout::SetNoConstraint);
+    }
+    void addItem(QLayoutItem* item) override { delete item; }
+    QLayoutItem* itemAt(int) const override { return nullptr; }
+    QLayoutItem* takeAt(int) override { return nullptr; }
+    int count() const override { return 0; }
+    QSize sizeHint() const override { return QSize(); }
+    void invalidate() override {}
+};
 
 // The cell's own widget: stays in the view for the life of the cell, so that
 // replacing the caller's widget is a reparent and no view bookkeeping. A new
@@ -19,7 +39,11 @@ namespace WG {
 // table commits its widgets, once per tick, with the others of the tick.
 class CItemWidgetHolder : public QWidget {
 public:
-    explicit CItemWidgetHolder(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_NoSystemBackground); }
+    explicit CItemWidgetHolder(QWidget* parent) : QWidget(parent)
+    {
+        setAttribute(Qt::WA_NoSystemBackground);
+        new CInertLayout(this);
+    }
 
     // Takes the widget; returns whether the holder now waits for a commit. A
     // widget staged and replaced before any commit goes to retired unseen.
