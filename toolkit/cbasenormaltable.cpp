@@ -11,6 +11,7 @@
 #include <QResizeEvent>
 
 #include <array>
+#include <cstring>
 
 namespace WG {
 
@@ -193,13 +194,15 @@ QString sharedKey(const char* key)
     }
     struct Entry {
         const char* address = nullptr;
+        QByteArray bytes;  // the text as it came, compared byte for byte
         QString text;
     };
     static std::array<Entry, 64> recent;
     Entry& entry = recent[(reinterpret_cast<quintptr>(key) >> 3) % recent.size()];
-    if (entry.address != key || entry.text != QLatin1String(key)) {
+    if (entry.address != key || std::strcmp(entry.bytes.constData(), key) != 0) {
         entry.address = key;
-        entry.text = QString::fromUtf8(key);
+        entry.bytes = QByteArray(key);
+        entry.text = QString::fromUtf8(entry.bytes);
     }
     return entry.text;
 }

@@ -364,7 +364,7 @@ bool CTableCellModel::setCellTextColorKey(int row, int column, const QString& ke
         return false;
     }
     Cell& cell = m_rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
-    if (cell.textColorKey == key) {
+    if (cell.textColorKey.isSharedWith(key) || cell.textColorKey == key) {
         return false;
     }
     cell.textColorKey = key;
@@ -378,7 +378,7 @@ bool CTableCellModel::setCellBackgroundKey(int row, int column, const QString& k
         return false;
     }
     Cell& cell = m_rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
-    if (cell.backgroundKey == key) {
+    if (cell.backgroundKey.isSharedWith(key) || cell.backgroundKey == key) {
         return false;
     }
     cell.backgroundKey = key;
