@@ -56,14 +56,15 @@ struct CFontTables {
     qreal ascent = 0.0;
     qreal descent = 0.0;
     // Other texts by room and text: the elided form, which costs a shaping
-    // pass to find, and for left-aligned lines the layout itself, shaped once.
-    // Names, codes and labels repeat from paint to paint. (A line aligned
-    // right or centred lands on a fractional x that QPainter::drawText rounds
-    // by rules of its own for text of several scripts; drawText places it.)
+    // pass to find, and the layout itself, shaped once. Names, codes and
+    // labels repeat from paint to paint. drawText places a right or centred
+    // line by its advance, not by its natural width: the two differ by a
+    // fraction of a pixel in text of several scripts.
     struct Shaped {
         QString shown;
         std::shared_ptr<QTextLayout> layout;
         qreal width = 0.0;
+        qreal advance = 0.0;
         qreal height = 0.0;
     };
     QHash<QPair<int, QString>, Shaped> shaped;
@@ -315,11 +316,7 @@ void drawShaped(QPainter* painter, const QRect& rect, int alignment, const QStri
     if (found->shown.isEmpty()) {
         return;
     }
-    if (alignment & (Qt::AlignRight | Qt::AlignHCenter)) {
-        painter->setFont(font);
-        painter->drawText(rect, alignment, found->shown);
-        return;
-    }
+    const bool aligned = (alignment & (Qt::AlignRight | Qt::AlignHCenter)) != 0;
     if (found->layout == nullptr) {
         // The layout drawText makes, kept with its shaping.
         found->layout = std::make_shared<QTextLayout>(found->shown, font, painter->device());
@@ -334,6 +331,7 @@ void drawShaped(QPainter* painter, const QRect& rect, int alignment, const QStri
             line.setLineWidth(0x01000000);
             line.setPosition(QPointF(0.0, 0.0));
             found->width = line.naturalTextWidth();
+            found->advance = line.horizontalAdvance();
             found->height = line.ascent() + line.descent();
         }
         found->layout->endLayout();
@@ -341,7 +339,8 @@ void drawShaped(QPainter* painter, const QRect& rect, int alignment, const QStri
     if (found->layout->lineCount() == 0) {
         return;
     }
-    const QPointF origin = lineOrigin(rect, alignment, found->width, found->height);
+    // drawText places a right or centred line by its advance.
+    const QPointF origin = lineOrigin(rect, alignment, aligned ? found->advance : found->width, found->height);
     if (lineInside(rect, origin, found->width, found->height)) {
         found->layout->lineAt(0).draw(painter, origin);
         return;

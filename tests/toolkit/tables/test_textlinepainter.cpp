@@ -149,17 +149,20 @@ TEST(TextLinePainter, NamesAndLabelsDrawThePixelsQtDraws)
     const QSize canvas(200, 40);
     const QStringList texts = {QStringLiteral("50ETF购12月2800"), QStringLiteral("510050.SH"), QStringLiteral("买"),
                                QStringLiteral("开 平"), QStringLiteral("沪深300ETF沽2026年3月4500A"),
-                               QStringLiteral("Ab, fi fl"), QStringLiteral("两行\n文字"), QStringLiteral("制表\t符")};
+                               QStringLiteral("Ab, fi fl"), QStringLiteral("两行\n文字"), QStringLiteral("制表\t符"),
+                               QStringLiteral("开"), QStringLiteral("平"), QStringLiteral("全撤"),
+                               QStringLiteral("IO2612-C-4500"), QStringLiteral("m2609-P-2800 豆粕"),
+                               QStringLiteral(" 买入"), QStringLiteral("卖出  ")};
     const int alignments[] = {Qt::AlignLeft | Qt::AlignVCenter, Qt::AlignLeft | Qt::AlignTop,
                               Qt::AlignRight | Qt::AlignVCenter, Qt::AlignCenter};
     for (const QFont& font : fonts()) {
         const QFontMetrics metrics(font);
         for (const QString& text : texts) {
             const int natural = metrics.horizontalAdvance(text);
-            for (const int width : {natural + 6, natural, natural - 5, natural / 3, 3}) {
-                for (const int height : {22, metrics.height() - 3}) {
+            for (const int width : {natural + 6, natural + 3, natural + 1, natural, natural - 5, natural / 3, 24, 3}) {
+                for (const int height : {22, 21, metrics.height() - 3}) {
                     for (const int alignment : alignments) {
-                        const QRect rect(5, 4, qBound(1, width, 190), height);
+                        const QRect rect(5 + width % 2, 4, qBound(1, width, 190), height);
                         // Twice: the second draw comes from the kept shaping.
                         for (int pass = 0; pass < 2; ++pass) {
                             ASSERT_TRUE(drawnByPainter(canvas, rect, alignment, text, font) ==
