@@ -99,12 +99,12 @@ CPushButton::CPushButton(const QString& imageKey, int id, int imageColumns, int 
     Q_UNUSED(accessibleInstalled)
     m_buttonColor.hover = QStringLiteral("clr_button_hover");
     m_buttonColor.active = QStringLiteral("clr_button_checked");
-    setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::NoFocus);
-    if (width > 0) {
+    if (width > 0 && height > 0) {
+        setFixedSize(width, height);
+    } else if (width > 0) {
         setFixedWidth(width);
-    }
-    if (height > 0) {
+    } else if (height > 0) {
         setFixedHeight(height);
     }
     connect(this, &QAbstractButton::clicked, this, [this](bool checked) {
@@ -273,6 +273,12 @@ void CPushButton::paintEvent(QPaintEvent*)
 
 void CPushButton::enterEvent(QEvent* event)
 {
+    // The pointing hand is set when the mouse first comes: tables make and
+    // drop buttons by the hundred, and most are never pointed at. A cursor the
+    // caller set stays.
+    if (!testAttribute(Qt::WA_SetCursor)) {
+        setCursor(Qt::PointingHandCursor);
+    }
     m_hovered = true;
     update();
     QAbstractButton::enterEvent(event);

@@ -64,6 +64,7 @@ TEST_F(WidgetEventsTest, PushButtonTextColourKeyFollowsState)
     QEvent enter(QEvent::Enter);
     QApplication::sendEvent(button, &enter);
     EXPECT_EQ(button->currentTextColorKey(), QStringLiteral("k_hover"));
+    EXPECT_EQ(button->cursor().shape(), Qt::PointingHandCursor) << "a hand points at what can be clicked";
     button->setCheckable(true);
     button->setChecked(true);
     EXPECT_EQ(button->currentTextColorKey(), QStringLiteral("k_active"));
@@ -100,6 +101,18 @@ TEST_F(WidgetEventsTest, PushButtonTellsAssistiveTechnologyItsNameStateAndPress)
     EXPECT_FALSE(actions->actionNames().contains(QAccessibleActionInterface::toggleAction()));
     actions->doAction(QAccessibleActionInterface::toggleAction());
     EXPECT_EQ(recorder->events.size(), 1) << "a disabled button is not pressed";
+}
+
+TEST_F(WidgetEventsTest, PushButtonKeepsACursorItsOwnerSet)
+{
+    auto* button = new WG::CPushButton(QString(), 4, 1, 1, 60, 24, 4, recorder);
+    button->setCursor(Qt::CrossCursor);
+    button->show();
+    QEvent enter(QEvent::Enter);
+    QApplication::sendEvent(button, &enter);
+    EXPECT_EQ(button->cursor().shape(), Qt::CrossCursor);
+    EXPECT_EQ(button->size(), QSize(60, 24));
+    EXPECT_EQ(button->minimumSize(), button->maximumSize()) << "a fixed size";
 }
 
 TEST_F(WidgetEventsTest, PushButtonGroupIsExclusive)
