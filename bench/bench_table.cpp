@@ -164,6 +164,37 @@ public:
         }
     }
 
+    // A tick of a few quotes: each rewrites one row's cells and gives its
+    // button cells new buttons; the rows lie apart, as quotes come.
+    void quoteTick(int n, int quotes, CPhaseTimes* times)
+    {
+        const double start = threadCpuMs();
+        const double paintBefore = window.paintMs;
+        const bool odd = (n & 1) != 0;
+        for (int q = 0; q < quotes; ++q) {
+            const int row = (n * 7 + q * 13) % kRows;
+            for (int column = 0; column < kColumns; ++column) {
+                if (!isButtonColumn(column)) {
+                    table->setItemDouble(row, column, 3.0 + row * 0.05 + column * 0.001 + (n % 1000) * 0.0001, 4,
+                                         utils::FNF_NONE, true);
+                    table->setItemTextColorKey(row, column, odd ? "clr_global_rise" : "clr_global_fall", true);
+                }
+            }
+            for (int i = 0; i < buttonsPerRow; ++i) {
+                auto* button = new WG::CPushButton(QString(), row * 10 + i, 1, 1, 24, 21, 0, table);
+                button->setText(i % 2 == 0 ? QStringLiteral("开") : QStringLiteral("平"));
+                button->setHorizontalText(true);
+                table->setItemWidget(row, kButtonColumns[i], button, WG::AL_CENTER, true);
+            }
+        }
+        table->updateTable();
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        const double painted = window.paintMs - paintBefore;
+        times->paint += painted;
+        times->events += threadCpuMs() - start - painted;
+    }
+
     CTimedWindow window;
     WG::CStandardTable* table = nullptr;
     int buttonsPerRow;
@@ -196,6 +227,21 @@ void BM_TableTick(benchmark::State& state)
     state.counters["liveWidgets"] = QApplication::allWidgets().size();
 }
 BENCHMARK(BM_TableTick)->Arg(5)->Arg(0)->Unit(benchmark::kMillisecond)->MinTime(3.0);
+
+// What a tick of a few quotes costs, painting included: the table repaints the
+// rows they changed. The argument: quotes (rows) in the tick. noPaintMs and
+// paintMs split it; the other phase counters stay at zero here.
+void BM_TableQuoteTick(benchmark::State& state)
+{
+    CTableRig rig;
+    CPhaseTimes times;
+    int n = 1;
+    for (auto _ : state) {
+        rig.quoteTick(n++, static_cast<int>(state.range(0)), &times);
+    }
+    reportPhases(state, times, n - 1);
+}
+BENCHMARK(BM_TableQuoteTick)->Arg(1)->Arg(5)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 
 // The same tick with the table hidden: the cost without painting, for reference.
 void BM_TableTickUnshown(benchmark::State& state)

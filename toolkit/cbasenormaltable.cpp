@@ -8,6 +8,7 @@
 #include "toolkit/ctableview.h"
 
 #include <QLayout>
+#include <QRegion>
 #include <QResizeEvent>
 
 #include <array>
@@ -344,12 +345,12 @@ void CBaseNormalTable::commitItemWidgets()
     }
     // All replaced widgets leave first, then the new ones show: no widget is
     // hidden while others of the tick wait in the repaint queue.
-    QRect changed;
+    QRegion changed;  // the cells themselves: a bounding rectangle would span the rows between
     m_retired.reserve(m_retired.size() + static_cast<std::size_t>(m_stagedHolders.size()));
     for (const QPointer<CItemWidgetHolder>& holder : qAsConst(m_stagedHolders)) {
         if (holder != nullptr) {
             holder->retireShown(m_retired);
-            changed |= holder->geometry();
+            changed += holder->geometry();
         }
     }
     for (const QPointer<CItemWidgetHolder>& holder : qAsConst(m_stagedHolders)) {

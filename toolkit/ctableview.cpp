@@ -85,7 +85,18 @@ void CTableView::paintEvent(QPaintEvent* event)
     executeDelayedItemsLayout();
     QPainter painter(viewport());
     m_table->m_paintClock = utils::clockMSec();
-    m_table->paintCells(&painter, event->region());
+    const QRegion& region = event->region();
+    if (region.rectCount() <= 1) {
+        m_table->paintCells(&painter, region);
+    } else {
+        // Rows changed apart from each other come as a region of several
+        // rectangles. Clipped to such a region, every glyph and fill takes the
+        // raster engine's slow path; clipped to one rectangle at a time, none does.
+        for (const QRect& rect : region) {
+            painter.setClipRect(rect);
+            m_table->paintCells(&painter, QRegion(rect));
+        }
+    }
     m_table->m_paintClock = 0.0;
 }
 

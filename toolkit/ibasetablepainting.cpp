@@ -249,9 +249,14 @@ void IBaseTable::paintCells(QPainter* painter, const QRegion& region) const
         if (rows->isSectionHidden(viewRow) || height <= 0) {
             continue;
         }
+        // A tick repaints the rows it changed; those between them are not in the region.
+        const int y = rows->sectionViewportPosition(viewRow);
+        if (!region.intersects(QRect(dirty.left(), y, dirty.width(), height))) {
+            continue;
+        }
         const int sourceRow = m_proxy->mapToSource(m_proxy->index(viewRow, 0)).row();
         const bool touched = selection != nullptr && selection->rowIntersectsSelection(viewRow, QModelIndex());
-        painted.append({viewRow, sourceRow, rows->sectionViewportPosition(viewRow), height, touched});
+        painted.append({viewRow, sourceRow, y, height, touched});
     }
 
     if (painted.isEmpty()) {

@@ -7,6 +7,9 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QScreen>
 #include <QPaintEvent>
 #include <QRegion>
 #include <QTableView>
@@ -93,6 +96,30 @@ TEST_F(TableRepaint, ATickRepaintsTheRowsItChangedAndNoOthers)
         EXPECT_FALSE(recorder.painted.intersects(cellRect(row, 3))) << "row " << row << " did not change";
     }
     EXPECT_FALSE(recorder.painted.intersects(cellRect(30, 2))) << "nor did row 30 left of its quote";
+}
+
+TEST_F(TableRepaint, WhatATickRepaintsMatchesTheWholeTablePaintedAfresh)
+{
+    // Rows apart from each other, in two ticks, with new colours and backgrounds.
+    for (int tick = 0; tick < 2; ++tick) {
+        for (int row : {2 + tick, 9, 17 + tick, 30}) {
+            for (int column = 1; column < 8; column += 2) {
+                table->setItemDouble(row, column, 1000.0 * tick + row + column * 0.5, 3, utils::FNF_SEGMENTED, true);
+                table->setItemTextColorKey(row, column, tick == 0 ? "clr_global_rise" : "clr_global_fall", true);
+                table->setItemBackgroundColorKey(row, column, tick == 0 ? "clr_table_background_selected" : "", true);
+            }
+        }
+        table->updateTable();
+        settle();
+    }
+    ASSERT_GT(recorder.paints, 0);
+    EXPECT_GT(recorder.painted.rectCount(), 1) << "the ticks repainted rows apart from each other";
+    QWidget* viewport = table->tableView()->viewport();
+    const QRect area(viewport->mapTo(&window, QPoint(0, 0)), viewport->size());
+    const QImage onScreen = QGuiApplication::primaryScreen()->grabWindow(window.winId()).toImage().copy(area);
+    const QImage afresh = viewport->grab().toImage().convertToFormat(onScreen.format());
+    ASSERT_EQ(onScreen.size(), afresh.size());
+    EXPECT_TRUE(onScreen == afresh) << "the screen after the ticks shows what a full paint shows";
 }
 
 TEST_F(TableRepaint, AColumnOfTheModelMadeBoldRepaintsTheWholeColumn)
