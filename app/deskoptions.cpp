@@ -1,6 +1,7 @@
 #include "app/deskoptions.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QDir>
 #include <QStandardPaths>
 
@@ -51,6 +52,15 @@ QString defaultConfigDir()
 
 QString deskUsage()
 {
+    // The parser names the program after the application's first argument;
+    // --help is answered before any application exists, and needs no display.
+    if (QCoreApplication::instance() == nullptr) {
+        int argc = 1;
+        char name[] = "optdesk";
+        char* argv[] = {name, nullptr};
+        QCoreApplication naming(argc, argv);
+        return deskUsage();
+    }
     QCommandLineParser parser;
     OptionSet set;
     set.addTo(parser);

@@ -15,6 +15,7 @@ namespace {
 struct DeskRun {
     int exitCode = -1;
     QString stdErr;
+    QString stdOut;
 };
 
 DeskRun runDesk(const QStringList& args, const QProcessEnvironment& env)
@@ -30,6 +31,7 @@ DeskRun runDesk(const QStringList& args, const QProcessEnvironment& env)
     }
     run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
     run.stdErr = QString::fromLocal8Bit(process.readAllStandardError());
+    run.stdOut = QString::fromLocal8Bit(process.readAllStandardOutput());
     return run;
 }
 
@@ -56,6 +58,21 @@ TEST(DeskProcess, ScreenshotOffscreenThenExit)
     QFile log(QDir(config).filePath(QStringLiteral("optdesk.log")));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
     EXPECT_TRUE(log.readAll().contains("optdesk starts"));
+}
+
+TEST(DeskProcess, HelpAndVersionNeedNoDisplay)
+{
+    QProcessEnvironment noDisplay = QProcessEnvironment::systemEnvironment();
+    noDisplay.remove(QStringLiteral("DISPLAY"));
+    noDisplay.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    const DeskRun help = runDesk({"--help"}, noDisplay);
+    ASSERT_EQ(help.exitCode, 0) << help.stdErr.toStdString();
+    EXPECT_TRUE(help.stdOut.contains(QStringLiteral("--config-dir"))) << help.stdOut.toStdString();
+    EXPECT_TRUE(help.stdOut.contains(QStringLiteral("--quit-after")));
+    EXPECT_TRUE(help.stdOut.contains(QStringLiteral("optdesk")));
+    const DeskRun version = runDesk({"--version"}, noDisplay);
+    ASSERT_EQ(version.exitCode, 0) << version.stdErr.toStdString();
+    EXPECT_TRUE(version.stdOut.startsWith(QStringLiteral("optdesk "))) << version.stdOut.toStdString();
 }
 
 TEST(DeskProcess, UnknownOptionIsAClearError)
