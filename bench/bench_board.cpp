@@ -127,10 +127,12 @@ void BM_OnTablePriceData(benchmark::State& state)
 BENCHMARK(BM_OnTablePriceData);
 
 // One tick with a fresh buffered quote of every 50ETF contract (all expiries;
-// the shown expiry's rows are written). Painting happens afterwards, untimed.
+// the shown expiry's rows are written). The argument: 0 paints afterwards,
+// untimed; 1 times the repaint of the board too, for reference.
 void BM_TickAllContracts(benchmark::State& state)
 {
     CBoardRig rig;
+    const bool timePaint = state.range(0) != 0;
     bool first = true;
     for (auto _ : state) {
         state.PauseTiming();
@@ -138,6 +140,11 @@ void BM_TickAllContracts(benchmark::State& state)
         first = !first;
         state.ResumeTiming();
         rig.panel->onTimer(TC::TUF_QUOTE);
+        if (timePaint) {
+            rig.panel->repaint();
+            QCoreApplication::processEvents();
+            continue;
+        }
         state.PauseTiming();
         QCoreApplication::processEvents();
         state.ResumeTiming();
@@ -145,24 +152,7 @@ void BM_TickAllContracts(benchmark::State& state)
     state.counters["contracts"] = static_cast<double>(rig.codes.size());
     state.counters["shownRows"] = static_cast<double>(rig.panel->getChainTable()->getRowCodes().size());
 }
-BENCHMARK(BM_TickAllContracts)->Unit(benchmark::kMillisecond);
-
-// The same tick with the repaint of the board included, for reference.
-void BM_TickAllContractsWithPaint(benchmark::State& state)
-{
-    CBoardRig rig;
-    bool first = true;
-    for (auto _ : state) {
-        state.PauseTiming();
-        rig.buffer(first);
-        first = !first;
-        state.ResumeTiming();
-        rig.panel->onTimer(TC::TUF_QUOTE);
-        rig.panel->repaint();
-        QCoreApplication::processEvents();
-    }
-}
-BENCHMARK(BM_TickAllContractsWithPaint)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TickAllContracts)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 // Ten thousand ticks, each with fresh quotes of every contract: the widget
 // count, the button lists made and the resident memory must not grow.
