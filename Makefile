@@ -4,6 +4,7 @@ GENERATOR  ?= Ninja
 CMAKE_ARGS ?=
 ARGS       ?=
 CTEST_JOBS ?= 2
+BENCH_ARGS ?=
 
 .PHONY: all deps configure build run test bench test-asan test-tsan fuzz clean
 
@@ -30,7 +31,7 @@ test: build
 bench: deps
 	cmake -S . -B build-bench -G $(GENERATOR) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DOPTDESK_BUILD_BENCH=ON
 	cmake --build build-bench
-	@for b in build-bench/bench/bench_*; do [ -x "$$b" ] && echo "== $$b" && QT_QPA_PLATFORM=offscreen "$$b" || exit 1; done
+	@bash scripts/run-benchmarks.sh build-bench $(BENCH_ARGS)
 
 test-asan: deps
 	cmake -S . -B build-asan -G $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DOPTDESK_SANITIZE=address

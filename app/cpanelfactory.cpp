@@ -2,40 +2,15 @@
 
 #include "toolkit/itradedockablewidget.h"
 
-#ifdef OPTDESK_HAS_PRICET
 #include "board/coptionpricetpanel.h"
-#endif
-#ifdef OPTDESK_HAS_PRICEQUOTE
-#include "positions/coptionpricequotepanel.h"
-#endif
-#ifdef OPTDESK_HAS_OPS
-#include "strategy/coptionstrategypanel.h"
-#endif
-#ifdef OPTDESK_HAS_OPSP
-#include "positions/coptionstrategypositionpanel.h"
-#endif
 
 namespace desk {
 
 CPanelFactory CPanelFactory::withBuiltins()
 {
     CPanelFactory factory;
-#ifdef OPTDESK_HAS_PRICET
     factory.add(QStringLiteral("pricet"), QStringLiteral("T型报价"),
                 [](int id, QWidget* parent) { return new TC::COptionPriceTPanel(id, parent); });
-#endif
-#ifdef OPTDESK_HAS_PRICEQUOTE
-    factory.add(QStringLiteral("pricequote"), QStringLiteral("期权报价"),
-                [](int id, QWidget* parent) { return new TC::COptionPriceQuotePanel(id, parent); });
-#endif
-#ifdef OPTDESK_HAS_OPS
-    factory.add(QStringLiteral("ops"), QStringLiteral("期权策略"),
-                [](int id, QWidget* parent) { return new TC::COptionStrategyPanel(id, parent); });
-#endif
-#ifdef OPTDESK_HAS_OPSP
-    factory.add(QStringLiteral("opsp"), QStringLiteral("组合持仓"),
-                [](int id, QWidget* parent) { return new TC::COptionStrategyPositionPanel(id, parent); });
-#endif
     return factory;
 }
 

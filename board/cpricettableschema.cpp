@@ -1,5 +1,7 @@
 #include "board/cpricettableschema.h"
 
+#include <QStringList>
+
 #include "seam/tradingenums.h"
 
 #include <initializer_list>
@@ -268,6 +270,30 @@ CPriceTSideColours CPriceTTableSchema::themeColours(int tableType, int traderTyp
         break;
     }
     return colours;
+}
+
+bool CPriceTTableSchema::layoutBelongsTo(const QString& layout, int traderType)
+{
+    // "v1,<sort column>,<sort order>,<column>:<width>:<visible>,..."
+    const QStringList parts = layout.trimmed().split(QLatin1Char(','));
+    const int count = parts.size() - 3;
+    bool known = false;
+    for (int type = PTT_QUOTE; type <= PTT_PRICE; ++type) {
+        known = known || (count > 0 && columns(type, traderType).size() == count);
+    }
+    if (!known) {
+        return false;
+    }
+    QVector<bool> seen(count, false);
+    for (int i = 3; i < parts.size(); ++i) {
+        bool ok = false;
+        const int column = parts.at(i).section(QLatin1Char(':'), 0, 0).toInt(&ok);
+        if (!ok || column < 0 || column >= count || seen.at(column)) {
+            return false;
+        }
+        seen[column] = true;
+    }
+    return true;
 }
 
 }  // namespace TC

@@ -64,6 +64,12 @@ public:
     static QVector<int> externalGreekColumns();
     // The columns a theme change recolours from the quote, per side.
     static CPriceTSideColours themeColours(int tableType, int traderType, bool call);
+    // Whether a saved layout was saved from a set of this trader type: it names
+    // each column of such a set once. The quote sets of the two trader types
+    // differ in width, and a layout of one applied to the other would put
+    // columns under the wrong headers. (A layout of another set of the same
+    // trader type is the panel's to give: it loads the quote layout in any mode.)
+    static bool layoutBelongsTo(const QString& layout, int traderType);
 };
 
 }  // namespace TC

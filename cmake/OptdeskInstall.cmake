@@ -1,7 +1,7 @@
 # Installs the libraries and headers as the package optdesk (find_package(optdesk)).
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
-install(TARGETS optdesk_seam optdesk_toolkit optdesk_services optdesk_panels optdesk_mongo
+install(TARGETS optdesk_seam optdesk_toolkit optdesk_services ${OPTDESK_PANEL_TARGETS} optdesk_panels optdesk_mongo
   EXPORT optdeskTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})

@@ -1,12 +1,11 @@
-# The panel library: the four dockable panels and what they are built of.
-file(GLOB OPTDESK_PANEL_SOURCES CONFIGURE_DEPENDS
-  ${CMAKE_SOURCE_DIR}/board/*.cpp ${CMAKE_SOURCE_DIR}/board/*.h
-  ${CMAKE_SOURCE_DIR}/order/*.cpp ${CMAKE_SOURCE_DIR}/order/*.h
-  ${CMAKE_SOURCE_DIR}/strategy/*.cpp ${CMAKE_SOURCE_DIR}/strategy/*.h
-  ${CMAKE_SOURCE_DIR}/positions/*.cpp ${CMAKE_SOURCE_DIR}/positions/*.h)
-add_library(optdesk_panels STATIC ${OPTDESK_PANEL_SOURCES} ${CMAKE_SOURCE_DIR}/cmake/empty.cpp)
+# The panel library: the four dockable panels and what they are built of. Each
+# panel folder is a library of its own (with a Qt-Core-only core for the logic
+# that needs no widget); optdesk_panels gathers them for a host.
+add_subdirectory(${CMAKE_SOURCE_DIR}/board ${CMAKE_BINARY_DIR}/board)
+
+set(OPTDESK_PANEL_TARGETS optdesk_board_core optdesk_board)
+
+add_library(optdesk_panels INTERFACE)
 add_library(optdesk::panels ALIAS optdesk_panels)
 set_target_properties(optdesk_panels PROPERTIES EXPORT_NAME panels)
-target_link_libraries(optdesk_panels PUBLIC optdesk_toolkit optdesk_seam)
-optdesk_warnings(optdesk_panels)
-optdesk_autogen_follows(optdesk_panels ${OPTDESK_PANEL_SOURCES})
+target_link_libraries(optdesk_panels INTERFACE optdesk_board optdesk_toolkit optdesk_seam)

@@ -3,7 +3,7 @@
 // queued signal, the log line, and how the thread ends.
 #include "board/cautoimportoptionexgreeksthread.h"
 #include "board/exgreeksparser.h"
-#include "exgreekstestdata.h"
+#include "board/core/exgreekstestdata.h"
 #include "seam/logger.h"
 #include "seam/trading.h"
 #include "services/user/cusersettingsstore.h"

@@ -1,7 +1,7 @@
 // The parse step of the Greeks import: what it takes, and every kind of text it
 // must turn away without a crash and without touching what was taken before.
 #include "board/exgreeksparser.h"
-#include "exgreekstestdata.h"
+#include "board/core/exgreekstestdata.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,58 @@
+# Checks who may include whom: every #include "folder/..." of a source folder
+# must name a project folder on that folder's list. Run as
+#   cmake -DROOT=<tree> -P CheckIncludes.cmake
+# and fails naming each offending file and line.
+cmake_minimum_required(VERSION 3.21)
+
+if(NOT ROOT)
+  message(FATAL_ERROR "CheckIncludes: ROOT not set")
+endif()
+
+set(project_folders seam toolkit services board order strategy positions app tests bench fuzz charts)
+set(allowed_seam seam)
+set(allowed_toolkit seam toolkit)
+set(allowed_services seam services)
+set(allowed_board seam toolkit board order)
+set(allowed_order seam toolkit order)
+set(allowed_strategy seam toolkit strategy order)
+set(allowed_positions seam toolkit positions)
+# app, tests, bench and fuzz may include anything.
+set(checked seam toolkit services board order strategy positions)
+# The chief headers gather toolkit classes for a host: they belong to the toolkit.
+set(toolkit_owned seam/host.h seam/toolkit.h)
+
+set(violations 0)
+set(files_read 0)
+foreach(folder ${checked})
+  if(NOT IS_DIRECTORY ${ROOT}/${folder})
+    continue()
+  endif()
+  file(GLOB_RECURSE sources RELATIVE ${ROOT} ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp)
+  foreach(source ${sources})
+    math(EXPR files_read "${files_read} + 1")
+    set(allowed ${allowed_${folder}})
+    if(source IN_LIST toolkit_owned)
+      set(allowed ${allowed_toolkit})
+    endif()
+    file(STRINGS ${ROOT}/${source} lines)
+    set(number 0)
+    foreach(line IN LISTS lines)
+      math(EXPR number "${number} + 1")
+      if(line MATCHES "^[ \t]*#[ \t]*include[ \t]*\"([^/\"]+)/[^\"]*\"")
+        set(target ${CMAKE_MATCH_1})
+        if(target IN_LIST project_folders AND NOT target IN_LIST allowed)
+          message("${source}:${number}: ${folder}/ may not include ${target}/ (${line})")
+          math(EXPR violations "${violations} + 1")
+        endif()
+      endif()
+    endforeach()
+  endforeach()
+endforeach()
+
+if(files_read EQUAL 0)
+  message(FATAL_ERROR "CheckIncludes: no source file found below ${ROOT}")
+endif()
+if(violations GREATER 0)
+  message(FATAL_ERROR "CheckIncludes: ${violations} include(s) against the rules in ${files_read} files")
+endif()
+message(STATUS "CheckIncludes: ${files_read} files keep the include rules")
