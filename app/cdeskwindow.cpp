@@ -9,6 +9,7 @@
 #include "seam/userrecords.h"
 #include "seam/tradingenums.h"
 #include "seam/uievents.h"
+#include "toolkit/cstylesheetcenter.h"
 #include "toolkit/cuiresource.h"
 #include "toolkit/itradedockablewidget.h"
 
@@ -41,7 +42,9 @@ QString chromeStyle()
                "QStatusBar { background: %3; color: %6; } QStatusBar QLabel { color: %6; }"
                "QMainWindow::separator { background: %5; width: 2px; height: 2px; }")
         .arg(c("clr_window_background"), c("clr_text_default"), c("clr_tab_header"), c("clr_table_background_selected"),
-             c("clr_table_split_line"), c("clr_table_header_text"));
+             c("clr_table_split_line"), c("clr_table_header_text")) +
+           // Lists and views of the desk's own take the theme's scroll bars too.
+           WG::CStyleSheetCenter::getStyle(WG::SS_SCROLLBAR);
 }
 }  // namespace
 

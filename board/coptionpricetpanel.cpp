@@ -1,5 +1,6 @@
 #include "board/coptionpricetpanel.h"
 
+#include "board/cautoimportoptionexgreeksthread.h"
 #include "board/coptionpricettable.h"
 #include "board/coptionundlcodecombobox.h"
 #include "board/cpricetrowbuilder.h"
@@ -29,20 +30,6 @@
 #include <QSet>
 #include <QVBoxLayout>
 
-// The Greeks table, the quick order ladder and the Greeks import come with
-// their own classes; until they exist the board runs as a frame without them.
-#if __has_include("board/coptionpricetgreekstable.h")
-#include "board/coptionpricetgreekstable.h"
-#define OPTDESK_BOARD_HAS_GREEKS_TABLE 1
-#endif
-#if __has_include("order/cpricetquickorderwidget.h")
-#include "order/cpricetquickorderwidget.h"
-#define OPTDESK_BOARD_HAS_QUICK_ORDER 1
-#endif
-#if __has_include("board/cautoimportoptionexgreeksthread.h")
-#include "board/cautoimportoptionexgreeksthread.h"
-#define OPTDESK_BOARD_HAS_GREEKS_IMPORT 1
-#endif
 
 #include <functional>
 
@@ -93,12 +80,10 @@ COptionPriceTPanel::COptionPriceTPanel(int widgetID, QWidget* parent)
 {
     traderType = nqservice::VQ_TRADER_TYPE_STOCK_OPTION;
     createUi();
-#ifdef OPTDESK_BOARD_HAS_GREEKS_IMPORT
     exGreeksThread = new CAutoImportOptionExGreeksThread();
     connect(exGreeksThread, &CAutoImportOptionExGreeksThread::sigReadFinish, this,
             &COptionPriceTPanel::slotReadFinished);
     exGreeksThread->start(QThread::InheritPriority);
-#endif
     if (CTradeClient* client = utils::CManualSingletonT<CTradeClient>::instance()) {
         connect(client, &CTradeClient::sigAutoImportExGreeksChanged, this,
                 &COptionPriceTPanel::slotAutoImportExGreeksChanged);
@@ -107,14 +92,12 @@ COptionPriceTPanel::COptionPriceTPanel(int widgetID, QWidget* parent)
 
 COptionPriceTPanel::~COptionPriceTPanel()
 {
-#ifdef OPTDESK_BOARD_HAS_GREEKS_IMPORT
     if (exGreeksThread != nullptr) {
         // Ended cleanly rather than killed: a pass under way hands over what it took.
         exGreeksThread->stop();
         delete exGreeksThread;
         exGreeksThread = nullptr;
     }
-#endif
     doClearRequest();
     undlRequest.reset();
 }
@@ -215,10 +198,6 @@ void COptionPriceTPanel::createUi()
     cancelAll->setText(QStringLiteral("全撤"));
     cancelAll->setHorizontalText(true);
     toolBar->addToolItem(cancelAll);
-#ifdef OPTDESK_BOARD_HAS_QUICK_ORDER
-    quickOrderWidget = new CPriceTQuickOrderWidget(this);
-    quickOrderWidget->setVisible(false);
-#endif
     mainList->addFixedWidget(toolBar, WG::WA_FILL, false);
 
     // The month tabs are rebuilt per underlying inside a strip of their own.
@@ -238,14 +217,7 @@ void COptionPriceTPanel::createUi()
     chainTable->setFlag(chainTable->flag() & ~WG::EBaseTableFlags(WG::BTF_COLUMN_MOVABLE));
     chainTable->adjustColumnWidth();
     chainTable->setFlashOnlyUpdateBorderAndText();
-#ifdef OPTDESK_BOARD_HAS_GREEKS_TABLE
-    greeksTable = new COptionPriceTGreeksTable(splitter);
-    greeksTable->setFlag(greeksTable->flag() & ~WG::EBaseTableFlags(QFlag(0x48)));
-    greeksTable->adjustColumnWidth();
-    splitter->setWidgets(chainTable, greeksTable, true, 400);
-#else
     splitter->setWidgets(chainTable, nullptr, true, 400);
-#endif
     mainList->addStretchWidget(splitter, 1, WG::WA_FILL, false);
     mainList->updateWidgetLength();
 }
@@ -285,19 +257,9 @@ QString COptionPriceTPanel::param()
         }
         sections << CParamString::joinList(layouts);
     }
-#ifdef OPTDESK_BOARD_HAS_GREEKS_TABLE
-    if (greeksTable != nullptr) {
-        sections << greeksTable->saveConfigStr();
-    }
-#endif
     if (quickOrderCheck != nullptr) {
         sections << QString::number(quickOrderCheck->isChecked() ? 1 : 0);
     }
-#ifdef OPTDESK_BOARD_HAS_QUICK_ORDER
-    if (quickOrderWidget != nullptr) {
-        sections << quickOrderWidget->param();
-    }
-#endif
     return CParamString::joinSections(sections);
 }
 
@@ -308,26 +270,17 @@ void COptionPriceTPanel::setParam(const QString& param)
         return;
     }
     if (sections.size() > 0 && chainTable != nullptr) {
-        const QStringList layouts = CParamString::list(sections.at(0));
+        // Split as it stands: an empty field is one empty layout, which resets the quote layout.
+        const QStringList layouts = sections.at(0).split(CParamString::kListSeparator, Qt::KeepEmptyParts);
         for (int i = 0; i < layouts.size(); ++i) {
             tableConfigs[i] = layouts.at(i);
         }
         // The quote layout is the one loaded, whatever mode the string was saved in.
         chainTable->loadConfigStr(tableConfigs[0]);
     }
-#ifdef OPTDESK_BOARD_HAS_GREEKS_TABLE
-    if (sections.size() > 1 && greeksTable != nullptr) {
-        greeksTable->loadConfigStr(sections.at(1));
-    }
-#endif
     if (sections.size() > 2 && quickOrderCheck != nullptr) {
         quickOrderCheck->setChecked(sections.at(2).toInt() != 0);
     }
-#ifdef OPTDESK_BOARD_HAS_QUICK_ORDER
-    if (sections.size() > 3 && quickOrderWidget != nullptr) {
-        quickOrderWidget->setParam(sections.at(3));
-    }
-#endif
 }
 
 // ---- selection ----
@@ -345,11 +298,6 @@ void COptionPriceTPanel::undlChanged()
     doClearTitle();
     const QMap<QString, QStringList> dates = map.value(undl);
     setDate(dates);
-#ifdef OPTDESK_BOARD_HAS_GREEKS_TABLE
-    if (greeksTable != nullptr) {
-        greeksTable->setInstrument(dates);
-    }
-#endif
     requestInstrumentMapQuote();
 }
 
@@ -468,11 +416,6 @@ void COptionPriceTPanel::requestInstrumentMapQuote()
         // Every expiry at once: a month tab costs no new request.
         quoteRequests[code] = CQuoteRequest::makeHandicapRequest(code, callback, ST_DEFAULT);
     }
-#ifdef OPTDESK_BOARD_HAS_GREEKS_TABLE
-    if (greeksTable != nullptr) {
-        greeksTable->refreshAll();
-    }
-#endif
 }
 
 // ---- one update ----
@@ -517,11 +460,6 @@ void COptionPriceTPanel::onTimer(QFlags<TC::ETimerUpdateFlag>)
     if (!priceCache.isEmpty()) {
         for (auto it = priceCache.constBegin(); it != priceCache.constEnd(); ++it) {
             chainTable->updateTableByPrice(it.value());
-#ifdef OPTDESK_BOARD_HAS_GREEKS_TABLE
-            if (greeksTable != nullptr) {
-                greeksTable->updateTableByPrice(it.value());
-            }
-#endif
         }
         priceCache.clear();
     }
@@ -622,19 +560,9 @@ void COptionPriceTPanel::resizeEvent(QResizeEvent* event)
 
 void COptionPriceTPanel::resizeLayout()
 {
-    const int top = toolBar != nullptr ? toolBar->height() : 20;
-    QWidget* ladder = nullptr;
-#ifdef OPTDESK_BOARD_HAS_QUICK_ORDER
-    ladder = quickOrderWidget;
-#endif
-    if (ladder == nullptr) {
-        return;
-    }
-    ladder->move(width() - ladder->width(), top);
-    ladder->setFixedHeight(height() - top);
-    const int reserved = ladder->isHidden() ? 0 : ladder->width() - 2;
-    if (splitter != nullptr) {
-        splitter->setFixedWidth(width() - reserved);
+    // Nothing stands beside the tables yet: the list's layout gives the splitter the panel's width.
+    if (splitter != nullptr && mainList != nullptr) {
+        splitter->setMaximumWidth(QWIDGETSIZE_MAX);
     }
 }
 
@@ -651,12 +579,6 @@ void COptionPriceTPanel::changeTableMode(int type)
 
 void COptionPriceTPanel::quickOrderToggled(bool checked)
 {
-#ifdef OPTDESK_BOARD_HAS_QUICK_ORDER
-    if (quickOrderWidget == nullptr) {
-        quickOrderWidget = new CPriceTQuickOrderWidget(this);
-    }
-    quickOrderWidget->setVisible(checked);
-#endif
     resizeLayout();
     if (accountCombo != nullptr) {
         accountCombo->setVisible(checked);
@@ -689,11 +611,6 @@ bool COptionPriceTPanel::handleEvent(int event, int id, int value, QString text,
     }
     if ((event == WG::UE_CELL_PRIMARY || event == WG::UE_CELL_ACTIVATED || event == WG::UE_CELL_SECONDARY) &&
         id == kChainTableId) {
-#ifdef OPTDESK_BOARD_HAS_QUICK_ORDER
-        if (quickOrderWidget != nullptr && chainTable != nullptr) {
-            quickOrderWidget->setStockCode(chainTable->getSelectStockCode(value, text.toInt()));
-        }
-#endif
         return true;
     }
     if (event == WG::UE_CHECK_TOGGLED && id == kQuickOrderCheckId) {
@@ -716,15 +633,26 @@ bool COptionPriceTPanel::handleEvent(int event, int id, int value, QString text,
 void COptionPriceTPanel::setTradeType(nqservice::EVqTraderType type)
 {
     ITradeDockableWidget::setTradeType(type);
+    // Column layouts belong to a trader type: the two types' sets differ in
+    // width. The present type's are put aside and the new type's taken up.
+    const bool switching = chainTable != nullptr && type != chainTable->getTradeType();
+    if (switching) {
+        QMap<int, QString>& aside = layoutsByTraderType[chainTable->getTradeType()];
+        aside = tableConfigs;
+        aside[chainTable->getTableType()] = chainTable->saveConfigStr();
+        tableConfigs = layoutsByTraderType.value(type);
+        for (int mode = PTT_QUOTE; mode <= PTT_INFO; ++mode) {
+            if (!tableConfigs.contains(mode)) {
+                tableConfigs[mode] = QString();
+            }
+        }
+    }
     if (chainTable != nullptr) {
         chainTable->setTradeType(type);
+        if (switching) {
+            chainTable->loadConfigStr(tableConfigs.value(chainTable->getTableType()));
+        }
     }
-#ifdef OPTDESK_BOARD_HAS_GREEKS_TABLE
-    if (greeksTable != nullptr) {
-        greeksTable->setTradeType(type);
-        greeksTable->refreshAll();
-    }
-#endif
     if (undlCombo != nullptr &&
         (type == nqservice::VQ_TRADER_TYPE_STOCK_OPTION || type == nqservice::VQ_TRADER_TYPE_FUTURE_OPTION)) {
         traderType = type;
@@ -746,11 +674,6 @@ void COptionPriceTPanel::slotReadFinished()
     if (chainTable != nullptr && chainTable->getTableType() == PTT_RISK) {
         chainTable->updateAllTable();
     }
-#ifdef OPTDESK_BOARD_HAS_GREEKS_TABLE
-    if (greeksTable != nullptr) {
-        greeksTable->refreshAll();
-    }
-#endif
 }
 
 void COptionPriceTPanel::slotAutoImportExGreeksChanged()

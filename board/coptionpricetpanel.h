@@ -38,10 +38,8 @@ namespace TC {
 
 class CAccountsComboBox;
 class CAutoImportOptionExGreeksThread;
-class COptionPriceTGreeksTable;
 class COptionPriceTTable;
 class COptionUndlCodeComboBox;
-class CPriceTQuickOrderWidget;
 
 class COptionPriceTPanel : public ITradeDockableWidget {
     Q_OBJECT
@@ -123,13 +121,11 @@ private:
     WG::CSimpleTextWidget* openInterestText = nullptr;
     WG::CSimpleTextWidget* amountText = nullptr;
     COptionPriceTTable* chainTable = nullptr;
-    COptionPriceTGreeksTable* greeksTable = nullptr;
     QMap<QString, boost::shared_ptr<TC::CPriceData>> priceCache;
     QMap<QString, boost::shared_ptr<TC::CQuoteRequest>> quoteRequests;
     QMap<int, QString> tabDates;
     boost::shared_ptr<TC::CQuoteRequest> undlRequest;
     nqservice::EVqTraderType traderType = nqservice::VQ_TRADER_TYPE_STOCK_OPTION;
-    CPriceTQuickOrderWidget* quickOrderWidget = nullptr;
     CAccountsComboBox* accountCombo = nullptr;
     mutable std::recursive_mutex dataMutex;
     WG::CCheckBox* quickOrderCheck = nullptr;
@@ -137,6 +133,8 @@ private:
     WG::CPushButtonGroup* dateTabs = nullptr;
     QString currentDate;
     QMap<int, QString> tableConfigs;
+    // The layouts of the trader type not shown, by trader type.
+    QMap<int, QMap<int, QString>> layoutsByTraderType;
     WG::CSplitContainer* splitter = nullptr;
     QMap<std::string, boost::shared_ptr<nqservice::SubRequest>> positionSubs;
     std::map<std::string, boost::shared_ptr<nqservice::IData>> positionCache;

@@ -12,7 +12,13 @@
 #include "toolkit/ctablesortproxy.h"
 #include "toolkit/cwidgetlist.h"
 
+#include <QHeaderView>
+#include <QResizeEvent>
+#include <QTableView>
+#include <QScrollBar>
 #include <QVariant>
+
+#include <algorithm>
 
 namespace TC {
 
@@ -43,7 +49,36 @@ COptionPriceTTable::COptionPriceTTable(QWidget* parent) : WG::COddEvenRowTable(1
     // Adjusted strikes ("2.8000A") sort among the plain ones by their number.
     proxy()->setCustomCompare(
         [this](int leftRow, int rightRow, int column) { return strikeCompare(leftRow, rightRow, column); });
+    // A scroll of the trader's own ends the centring until the next set or underlying.
+    connect(tableView()->horizontalScrollBar(), &QAbstractSlider::actionTriggered, this,
+            [this](int) { strikeCentred = false; });
     resetTable();
+}
+
+void COptionPriceTTable::centreStrikeColumn()
+{
+    if (!strikeCentred || strikeColumn < 0) {
+        return;
+    }
+    QTableView* view = tableView();
+    const QHeaderView* header = view->horizontalHeader();
+    QScrollBar* bar = view->horizontalScrollBar();
+    if (header->isSectionHidden(strikeColumn)) {
+        return;
+    }
+    // Calls left, puts right: when the set is wider than the view, the strike
+    // stands in the middle and both sides lose their outer columns alike.
+    const int centre = header->sectionPosition(strikeColumn) + header->sectionSize(strikeColumn) / 2;
+    const int value = std::clamp(centre - view->viewport()->width() / 2, bar->minimum(), bar->maximum());
+    if (value != bar->value()) {
+        bar->setValue(value);
+    }
+}
+
+void COptionPriceTTable::resizeEvent(QResizeEvent* event)
+{
+    WG::COddEvenRowTable::resizeEvent(event);
+    centreStrikeColumn();
 }
 
 COptionPriceTTable::~COptionPriceTTable() = default;
@@ -138,6 +173,7 @@ void COptionPriceTTable::setTradeType(nqservice::EVqTraderType type)
 void COptionPriceTTable::resetTable()
 {
     layoutLoaded = false;
+    strikeCentred = true;
     boldColumns.clear();
     flashColumns.clear();
     numberColumns.clear();
@@ -464,6 +500,8 @@ void COptionPriceTTable::updateTable()
         }
     }
     rowsWritten = false;
+    // Widths and the view's size settle over the first ticks; the strike follows them.
+    centreStrikeColumn();
 }
 
 void COptionPriceTTable::fitButtonColumns()
@@ -482,10 +520,12 @@ void COptionPriceTTable::fitButtonColumns()
 
 void COptionPriceTTable::loadConfigStr(QString config)
 {
-    WG::COddEvenRowTable::loadConfigStr(config);
-    if (!config.trimmed().isEmpty()) {
-        layoutLoaded = true;
+    // A layout of the other trader type is not ours to apply: the table keeps its own.
+    if (!CPriceTTableSchema::layoutBelongsTo(config, traderType)) {
+        return;
     }
+    WG::COddEvenRowTable::loadConfigStr(config);
+    layoutLoaded = true;
 }
 
 void COptionPriceTTable::applyTraderTypeHiding()

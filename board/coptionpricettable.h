@@ -86,8 +86,13 @@ public:
     void loadConfigStr(QString config) override;
     // Also fits the widths to the first quotes after a refresh, while no saved layout rules them.
     void updateTable() override;
+    // Scrolls the strike column to the middle of the view, unless the trader
+    // scrolled since the last reset of the set.
+    void centreStrikeColumn();
+    bool isStrikeCentred() const { return strikeCentred; }
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void resetBackgroundColor(int row, const std::shared_ptr<nqservice::CInstrumentDetail>& detail);
     void resetFrontgroundColor(int row);
 
@@ -127,6 +132,8 @@ private:
     // Ticks after a full refresh whose quotes may still widen the columns.
     int contentFitsLeft = 0;
     bool rowsWritten = false;
+    // The view keeps the strike in its middle until the trader scrolls.
+    bool strikeCentred = true;
 };
 
 }  // namespace TC

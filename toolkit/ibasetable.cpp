@@ -5,6 +5,7 @@
 #include "toolkit/cbasetablecolumnwidgetdelegate.h"
 #include "toolkit/ctablecellmodel.h"
 #include "toolkit/ctablesortproxy.h"
+#include "toolkit/cstylesheetcenter.h"
 #include "toolkit/ctableview.h"
 #include "toolkit/cuiresource.h"
 
@@ -988,6 +989,10 @@ void IBaseTable::themeChanged()
     m_view->setFont(*resource->getFont(m_setting.fontKey.isEmpty() ? cellFontKey(false) : m_setting.fontKey));
     m_header->setFont(*resource->getFont(cellFontKey(false)));
     m_statRow->setFixedHeight(rowHeight);
+    // The platform's scroll bars are light whatever the theme; the theme's own replace them.
+    const QString scrollStyle = CStyleSheetCenter::getStyle(SS_SCROLLBAR);
+    m_view->horizontalScrollBar()->setStyleSheet(scrollStyle);
+    m_view->verticalScrollBar()->setStyleSheet(scrollStyle);
     m_view->viewport()->update();
     m_header->viewport()->update();
     m_statRow->update();

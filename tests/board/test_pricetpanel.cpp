@@ -22,6 +22,17 @@ namespace {
 
 using boardtest::BoardTest;
 
+// A whole saved layout of a set: every column in order, 60 wide, one of them `width`.
+QString fullLayout(int tableType, int traderType, int column, int width)
+{
+    QStringList parts{QStringLiteral("v1"), QStringLiteral("-1"), QStringLiteral("-1")};
+    const int count = TC::CPriceTTableSchema::columns(tableType, traderType).size();
+    for (int c = 0; c < count; ++c) {
+        parts << QStringLiteral("%1:%2:1").arg(c).arg(c == column ? width : 60);
+    }
+    return parts.join(QLatin1Char(','));
+}
+
 // Records the events that reach it from below.
 class CRecorder : public WG::CEventWidgetT<QWidget> {
 public:
@@ -342,7 +353,8 @@ TEST_F(PriceTPanel, SetParamInRiskModeLoadsTheQuoteLayout)
     panel->getModeGroup()->button(2)->click();
     ASSERT_EQ(chain()->getTableType(), TC::PTT_RISK);
     ASSERT_NE(chain()->columnWidth(5), 123);
-    panel->setParam(QStringLiteral("v1,-1,-1,5:123:1;v1,-1,-1,5:77:1;;"));
+    panel->setParam(fullLayout(TC::PTT_QUOTE, 32, 5, 123) + QLatin1Char(';') + fullLayout(TC::PTT_TARGET, 32, 5, 77) +
+                    QStringLiteral(";;"));
     EXPECT_EQ(chain()->getTableType(), TC::PTT_RISK);
     EXPECT_EQ(chain()->columnWidth(5), 123);
 }
@@ -454,7 +466,7 @@ TEST_F(PriceTPanel, FirstQuotesAfterARefreshWidenTheColumns)
     EXPECT_EQ(cell("10000011.SH", 1), QStringLiteral("近期调整"));
     EXPECT_GT(chain()->columnWidth(1), before);
     // A saved layout keeps its widths.
-    panel->setParam(QStringLiteral("v1,-1,-1,1:40:1"));
+    panel->setParam(fullLayout(TC::PTT_QUOTE, 32, 1, 40));
     panel->getDateTabs()->button(24)->click();
     publish(call);
     panel->onTimer(TC::TUF_QUOTE);
