@@ -12,10 +12,16 @@
 #include "toolkit/cpushbuttongroup.h"
 #include "toolkit/csimpletextwidget.h"
 #include "toolkit/ctablecellmodel.h"
+#include "toolkit/cuiresource.h"
 
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QTableView>
+
+#include <cstdlib>
 #include <QApplication>
 
 namespace {
@@ -494,6 +500,107 @@ TEST_F(PriceTPanel, OrderButtonClicksStayInTheTable)
     EXPECT_EQ(chain()->getLastOrderButtonId(), 2);
     EXPECT_EQ(chain()->getTableType(), TC::PTT_QUOTE);
     EXPECT_EQ(panel->getModeGroup()->checkedButton(), 0);
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(PriceTPanel, AnEmptyFirstFieldStoresAnEmptyQuoteLayout)
+{
+    start();
+    panel->setParam(fullLayout(TC::PTT_QUOTE, 32, 5, 123) + QStringLiteral(";a;b;c"));
+    ASSERT_FALSE(panel->getTableConfigs().value(0).isEmpty());
+    panel->setParam(QStringLiteral("|x|1"));
+    EXPECT_EQ(panel->getTableConfigs().value(0), QString());
+    EXPECT_EQ(panel->getTableConfigs().value(1), QStringLiteral("a")) << "the other layouts stay";
+    EXPECT_TRUE(panel->getQuickOrderCheck()->isChecked());
+}
+
+TEST_F(PriceTPanel, ColumnLayoutsAreKeptPerTraderType)
+{
+    start();
+    const int stockColumns = chain()->columnCount();
+    panel->setParam(fullLayout(TC::PTT_QUOTE, 32, 5, 123));
+    ASSERT_EQ(chain()->columnWidth(5), 123);
+    const QString stockLayout = chain()->saveConfigStr();
+
+    panel->setTradeType(nqservice::VQ_TRADER_TYPE_FUTURE_OPTION);
+    const int futureColumns = chain()->columnCount();
+    ASSERT_NE(futureColumns, stockColumns);
+    EXPECT_EQ(panel->getTableConfigs().value(0), QString()) << "the futures board starts from its own default";
+    // Every column of the futures set stands where its set puts it.
+    for (int visual = 0; visual < futureColumns; ++visual) {
+        EXPECT_EQ(chain()->columnID(visual), visual);
+    }
+    // A layout of the stock set is refused by the futures table, whoever hands it over.
+    chain()->loadConfigStr(stockLayout);
+    for (int visual = 0; visual < futureColumns; ++visual) {
+        EXPECT_EQ(chain()->columnID(visual), visual);
+    }
+    panel->setParam(fullLayout(TC::PTT_QUOTE, 1024, 3, 88));
+    EXPECT_EQ(chain()->columnWidth(3), 88);
+
+    panel->setTradeType(nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
+    EXPECT_EQ(chain()->columnCount(), stockColumns);
+    EXPECT_EQ(chain()->columnWidth(5), 123) << "the stock layout comes back";
+    EXPECT_TRUE(panel->param().startsWith(chain()->saveConfigStr()));
+    panel->setTradeType(nqservice::VQ_TRADER_TYPE_FUTURE_OPTION);
+    EXPECT_EQ(chain()->columnWidth(3), 88) << "and the futures one";
+}
+
+TEST_F(PriceTPanel, TheStrikeStandsInTheMiddleOfANarrowView)
+{
+    panel->resize(700, 500);
+    start();
+    panel->onTimer(TC::TUF_QUOTE);
+    QApplication::processEvents();
+    QTableView* view = chain()->tableView();
+    QScrollBar* bar = view->horizontalScrollBar();
+    ASSERT_GT(bar->maximum(), 0) << "the set is wider than the view";
+    const int strike = chain()->getStrikeColumn();
+    const QHeaderView* header = view->horizontalHeader();
+    auto strikeCentreOffset = [&] {
+        const int centre = header->sectionViewportPosition(strike) + header->sectionSize(strike) / 2;
+        return centre - view->viewport()->width() / 2;
+    };
+    EXPECT_LE(std::abs(strikeCentreOffset()), 1);
+    // Both sides keep columns in view: the call's code left of the strike, the put's right.
+    const int callCode = TC::CPriceTTableSchema::codeColumn(TC::PTT_QUOTE, 32, true);
+    const int putCode = TC::CPriceTTableSchema::codeColumn(TC::PTT_QUOTE, 32, false);
+    EXPECT_GE(header->sectionViewportPosition(callCode), 0);
+    EXPECT_LE(header->sectionViewportPosition(putCode) + header->sectionSize(putCode), view->viewport()->width());
+
+    // The trader's own scroll stands until the set changes.
+    bar->triggerAction(QAbstractSlider::SliderToMinimum);
+    EXPECT_EQ(bar->value(), 0);
+    panel->onTimer(TC::TUF_QUOTE);
+    EXPECT_EQ(bar->value(), 0);
+    panel->getModeGroup()->button(2)->click();
+    panel->getModeGroup()->button(0)->click();
+    panel->onTimer(TC::TUF_QUOTE);
+    QApplication::processEvents();
+    EXPECT_LE(std::abs(strikeCentreOffset()), 1);
+}
+
+TEST_F(PriceTPanel, ScrollBarsTakeTheThemesColours)
+{
+    start();
+    QScrollBar* bar = chain()->tableView()->horizontalScrollBar();
+    WG::CUiResource::get()->setTheme(QStringLiteral("dark"));
+    const QString dark = WG::CUiResource::get()->getColor(QStringLiteral("clr_table_background"))->name(QColor::HexArgb);
+    EXPECT_TRUE(bar->styleSheet().contains(dark));
+    WG::CUiResource::get()->setTheme(QStringLiteral("light"));
+    const QString light = WG::CUiResource::get()->getColor(QStringLiteral("clr_table_background"))->name(QColor::HexArgb);
+    ASSERT_NE(dark, light);
+    EXPECT_TRUE(bar->styleSheet().contains(light));
+    EXPECT_TRUE(chain()->tableView()->verticalScrollBar()->styleSheet().contains(light));
+    // What is painted: the groove in the theme's table colour, not the platform's light grey.
+    bar->resize(200, 12);
+    const QImage picture = bar->grab().toImage();
+    EXPECT_EQ(picture.pixelColor(picture.width() - 3, picture.height() / 2).name(),
+              WG::CUiResource::get()->getColor(QStringLiteral("clr_table_background"))->name());
+    WG::CUiResource::get()->setTheme(QStringLiteral("dark"));
 }
 
 }  // namespace
