@@ -2,7 +2,6 @@
 
 #include "board/exgreeksparser.h"
 #include "seam/logger.h"
-#include "seam/trading.h"
 
 #include <fmt/format.h>
 
@@ -25,19 +24,14 @@ constexpr const char* kLogWhere = "TC::CAutoImportOptionExGreeksThread::handleIm
 CTradeSetting readTradeSetting()
 {
     CUserConfig* config = getUserConfig();
-    const void* address = config != nullptr ? config->getUserDataAddress(UM_TRADE_SETTING) : nullptr;
-    return address != nullptr ? *static_cast<const CTradeSetting*>(address) : CTradeSetting();
+    return config != nullptr ? config->publishedTradeSetting() : CTradeSetting();
 }
 
 }  // namespace
 
 CAutoImportOptionExGreeksThread::CAutoImportOptionExGreeksThread(QObject* parent) : QThread(parent)
 {
-    m_setting = readTradeSetting();
-    if (CTradeClient* client = utils::CManualSingletonT<CTradeClient>::instance()) {
-        connect(client, &CTradeClient::sigAutoImportExGreeksChanged, this,
-                &CAutoImportOptionExGreeksThread::slotTradeSettingChanged);
-    }
+    m_watch.setDirectory(readTradeSetting().autoImportExGreeksDir);
 }
 
 CAutoImportOptionExGreeksThread::~CAutoImportOptionExGreeksThread()
@@ -54,18 +48,7 @@ void CAutoImportOptionExGreeksThread::stop()
     wait();
 }
 
-CTradeSetting CAutoImportOptionExGreeksThread::tradeSetting() const
-{
-    std::lock_guard<std::mutex> lock(m_settingMutex);
-    return m_setting;
-}
-
-void CAutoImportOptionExGreeksThread::slotTradeSettingChanged()
-{
-    const CTradeSetting setting = readTradeSetting();
-    std::lock_guard<std::mutex> lock(m_settingMutex);
-    m_setting = setting;
-}
+CTradeSetting CAutoImportOptionExGreeksThread::tradeSetting() const { return readTradeSetting(); }
 
 void CAutoImportOptionExGreeksThread::run()
 {
@@ -109,6 +92,7 @@ void CAutoImportOptionExGreeksThread::handleImport()
     if (directory.isEmpty()) {
         return;
     }
+    m_watch.setDirectory(directory);
     importing = true;
     OptionExGreeksMap harvest;
     bool anyGood = false;
@@ -120,6 +104,10 @@ void CAutoImportOptionExGreeksThread::handleImport()
             if (isInterruptionRequested()) {
                 break;  // the files not yet taken wait for the next start
             }
+            if (!m_watch.isReady(entry)) {
+                continue;  // its writer is still at it: a later pass takes it whole
+            }
+            m_watch.forget(entry.fileName());
             const QString path = entry.filePath();
             const QString workingPath =
                 entry.absolutePath() + QDir::separator() + entry.baseName() + QStringLiteral(".tmp");
@@ -146,6 +134,7 @@ void CAutoImportOptionExGreeksThread::handleImport()
     }
     if (CUserConfig* config = getUserConfig()) {
         config->replaceOptionExGreeks(harvest);
+        config->setModifyFlag();  // the import is kept with the settings and survives a restart
     }
     emit sigReadFinish();
 }

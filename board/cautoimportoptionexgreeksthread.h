@@ -1,15 +1,16 @@
 // Takes in the Greeks files that an outside program drops into the user's
 // directory, once a second on a thread of its own, and replaces the user's
-// imported Greeks (member 153) with each pass's harvest. It touches no widget:
-// the chain panel hears of a new import only through the queued sigReadFinish().
+// imported Greeks (member 153) with each pass's harvest. A file is taken only
+// once its writer has closed it. It touches no widget: the chain panel hears
+// of a new import only through the queued sigReadFinish().
 #pragma once
 
+#include "board/cclosedfilewatch.h"
 #include "seam/user.h"
 
 #include <QString>
 #include <QThread>
 
-#include <mutex>
 
 class QTimer;
 
@@ -22,8 +23,8 @@ public:
     // Of a bad file, the log line shows at most this much text.
     static constexpr int kLoggedTextBytes = 64 * 1024;
 
-    // Takes a copy of the user's trade settings and follows the trade client's
-    // sigAutoImportExGreeksChanged, when one is installed.
+    // Starts watching the directory of the user's trade setting, so that a file
+    // written from now on is known to be complete once its writer closes it.
     explicit CAutoImportOptionExGreeksThread(QObject* parent = nullptr);
     // Stops the thread if it still runs.
     ~CAutoImportOptionExGreeksThread() override;
@@ -36,18 +37,13 @@ public:
     // runs it; a caller of its own must not run it while the thread runs.
     void handleImport();
 
-    // The copy of the trade settings the passes work from.
+    // The user's trade setting as a pass reads it: afresh each time, so that
+    // switching the import or its directory needs no restart and no signal.
     CTradeSetting tradeSetting() const;
 
 signals:
     // A pass took at least one good file. Emitted on the import thread.
     void sigReadFinish();
-
-public slots:
-    // Copies the user's trade settings (member 160) again. Runs on the thread
-    // this object lives on, where the settings belong; the passes never read
-    // the settings store themselves.
-    void slotTradeSettingChanged();
 
 protected:
     void run() override;
@@ -63,8 +59,7 @@ private:
     QTimer* timer = nullptr;  // made in run(), lives on the import thread
     bool importing = false;   // touched on the import thread only
 
-    mutable std::mutex m_settingMutex;
-    CTradeSetting m_setting;  // guarded by m_settingMutex
+    CClosedFileWatch m_watch;  // used by one pass at a time
 };
 
 }  // namespace TC

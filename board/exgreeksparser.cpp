@@ -91,6 +91,67 @@ bool fitsInt64(const unsigned char* digits, std::size_t count, bool negative)
     return std::memcmp(digits, negative ? kMin : kMax, 19) <= 0;
 }
 
+// The value of a "\\uDC00".."\\uDFFF" escape at p, -1 when there is none.
+int escapedLowSurrogate(const unsigned char* p, const unsigned char* end)
+{
+    if (end - p < 6 || p[0] != '\\' || p[1] != 'u') {
+        return -1;
+    }
+    int value = 0;
+    for (int i = 2; i < 6; ++i) {
+        const int digit = hexValue(p[i]);
+        if (digit < 0) {
+            return -1;
+        }
+        value = value * 16 + digit;
+    }
+    return value >= 0xDC00 && value <= 0xDFFF ? value : -1;
+}
+
+// The reader writes each escape of a surrogate pair as a character of its own,
+// which is not UTF-8; so a checked text's pairs become the UTF-8 of their
+// character first. Escapes are walked one by one, so "\\\\uD83D" stays as it is.
+std::string joinSurrogatePairs(const std::string& text)
+{
+    if (text.find("\\uD") == std::string::npos && text.find("\\ud") == std::string::npos) {
+        return text;
+    }
+    std::string out;
+    out.reserve(text.size());
+    const auto* p = reinterpret_cast<const unsigned char*>(text.data());
+    const auto* end = p + text.size();
+    while (p < end) {
+        if (*p != '\\' || end - p < 2) {
+            out.push_back(static_cast<char>(*p++));
+            continue;
+        }
+        if (p[1] != 'u' || end - p < 12) {
+            out.append(reinterpret_cast<const char*>(p), 2);
+            p += 2;
+            continue;
+        }
+        int high = 0;
+        for (int i = 2; i < 6; ++i) {
+            const int digit = hexValue(p[i]);
+            high = digit < 0 ? -1 : (high < 0 ? -1 : high * 16 + digit);
+        }
+        const int low = escapedLowSurrogate(p + 6, end);
+        if (high < 0xD800 || high > 0xDBFF || low < 0) {
+            out.append(reinterpret_cast<const char*>(p), 6);
+            p += 6;
+            continue;
+        }
+        const unsigned code = 0x10000u + ((static_cast<unsigned>(high) - 0xD800u) << 10) +
+                              (static_cast<unsigned>(low) - 0xDC00u);
+        out.push_back(static_cast<char>(0xF0 | (code >> 18)));
+        out.push_back(static_cast<char>(0x80 | ((code >> 12) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | ((code >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (code & 0x3F)));
+        p += 12;
+    }
+    return out;
+}
+
 // The strict JSON scan. Iterative, so that no input can deepen the stack.
 class CJsonScanner {
 public:
@@ -128,7 +189,7 @@ public:
                     expect = c == '[' ? EX_VALUE_OR_CLOSE : EX_KEY_OR_CLOSE;
                 } else if (c == '"') {
                     bool dollar = false;
-                    if (!scanString(dollar)) {
+                    if (!scanString(dollar, false)) {
                         return false;
                     }
                     afterValue();
@@ -157,7 +218,7 @@ public:
                 {
                     const unsigned char* keyStart = m_p;
                     bool dollar = false;
-                    if (!scanString(dollar)) {
+                    if (!scanString(dollar, true)) {
                         return false;
                     }
                     if (dollar) {
@@ -219,8 +280,9 @@ private:
     }
 
     // m_p at the opening quote; leaves it after the closing one. dollar tells
-    // whether the first character, written raw or escaped, is '$'.
-    bool scanString(bool& dollar)
+    // whether the first character, written raw or escaped, is '$'. A key cannot
+    // hold U+0000: the reader's field names end at it.
+    bool scanString(bool& dollar, bool isKey)
     {
         ++m_p;
         bool first = true;
@@ -254,12 +316,18 @@ private:
                         }
                         value = value * 16 + static_cast<unsigned>(digit);
                     }
-                    if (value == 0) {
-                        return fail("\\u0000 in a string");
+                    if (value == 0 && isKey) {
+                        return fail("\\u0000 in a key");
                     }
-                    if (value >= 0xD800 && value <= 0xDFFF) {
-                        // The reader turns surrogate escapes into invalid UTF-8.
-                        return fail("surrogate escape in a string");
+                    if (value >= 0xDC00 && value <= 0xDFFF) {
+                        return fail("a low surrogate escape without its high one");
+                    }
+                    if (value >= 0xD800 && value <= 0xDBFF) {
+                        // Only a whole pair names a character; it is joined before the reader sees it.
+                        if (lowSurrogateAt(m_p + 6) < 0) {
+                            return fail("a high surrogate escape without its low one");
+                        }
+                        m_p += 6;
                     }
                     dollar = dollar || (first && value == '$');
                     m_p += 6;
@@ -281,6 +349,9 @@ private:
             m_p += length;
         }
     }
+
+    // The value of a "\\uDC00".."\\uDFFF" escape at p, -1 when there is none.
+    int lowSurrogateAt(const unsigned char* p) const { return escapedLowSurrogate(p, m_end); }
 
     bool scanNumber()
     {
@@ -417,7 +488,7 @@ int parseChecked(const char* data, std::size_t size, OptionExGreeksMap& harvest,
         return EGPR_BAD;
     }
     const std::size_t skip = hasByteOrderMark(data, size) ? 3 : 0;
-    const std::string wrapped = wrapExGreeksText(std::string(data + skip, size - skip));
+    const std::string wrapped = wrapExGreeksText(joinSurrogatePairs(std::string(data + skip, size - skip)));
     bson::BSONObj top;
     {
         CNumericLocaleGuard cNumeric;
@@ -436,21 +507,21 @@ int parseChecked(const char* data, std::size_t size, OptionExGreeksMap& harvest,
         setReason(reason, "the file holds neither an array nor an object");
         return EGPR_BAD;
     }
-    std::vector<std::pair<QString, boost::shared_ptr<nqservice::COptionExGreeksVolatility>>> records;
+    // Records are taken as they are read: those before a failure stay in the
+    // harvest, though the file as a whole counts as bad.
     bson::BSONObjIterator items(content.embeddedObject());
     std::size_t index = 0;
     while (items.more()) {
         const bson::BSONElement item = items.next();
-        if (item.type() != bson::Object) {
-            setReason(reason, fmt::format(FMT_STRING("record {0} is not an object"), index));
-            return EGPR_BAD;
-        }
-        const bson::BSONObj object = item.embeddedObject();
-        if (!checkRecordFields(object, index, reason)) {
-            return EGPR_BAD;
-        }
         auto record = boost::make_shared<nqservice::COptionExGreeksVolatility>();
-        record->bsonValueFromObj(object, true, nullptr);
+        if (item.type() == bson::Object) {
+            const bson::BSONObj object = item.embeddedObject();
+            if (!checkRecordFields(object, index, reason)) {
+                return EGPR_BAD;
+            }
+            record->bsonValueFromObj(object, true, nullptr);
+        }
+        // Anything but an object is an empty record, filed under the empty code.
         // The key must give back the code: Qt drops a leading byte order mark,
         // which would file the record under another instrument's code.
         QString key = QString::fromStdString(record->code);
@@ -458,12 +529,8 @@ int parseChecked(const char* data, std::size_t size, OptionExGreeksMap& harvest,
             setReason(reason, fmt::format(FMT_STRING("record {0}: code does not read back as the same text"), index));
             return EGPR_BAD;
         }
-        records.emplace_back(std::move(key), record);
+        harvest[key] = record;
         ++index;
-    }
-    // Taken only once the whole file passed: a rejected file adds nothing.
-    for (const auto& entry : records) {
-        harvest[entry.first] = entry.second;
     }
     return EGPR_GOOD;
 }

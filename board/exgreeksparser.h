@@ -26,10 +26,11 @@ constexpr std::size_t kMaxExGreeksTextBytes = 8u * 1024u * 1024u;
 constexpr int kMaxExGreeksDepth = 32;
 
 // Checks raw file bytes (a leading UTF-8 byte order mark allowed) against
-// strict JSON: UTF-8 throughout, no control characters or surrogate or NUL
-// escapes in strings, decimal numbers only, integers within 64 bits, no key
-// beginning with '$' (the reader would take it as a typed value), nothing after
-// the value, nesting no deeper than maxDepth, size no larger than maxBytes.
+// strict JSON: UTF-8 throughout, no control characters in strings, surrogate
+// escapes only as whole pairs, no \u0000 in a key, decimal numbers only,
+// integers within 64 bits, no key beginning with '$' (the reader would take it
+// as a typed value), nothing after the value, nesting no deeper than maxDepth,
+// size no larger than maxBytes.
 // False with reason set when the text fails.
 bool checkExGreeksJson(const char* data, std::size_t size, std::string* reason = nullptr,
                        int maxDepth = kMaxExGreeksDepth, std::size_t maxBytes = kMaxExGreeksTextBytes);
@@ -37,13 +38,15 @@ bool checkExGreeksJson(const char* data, std::size_t size, std::string* reason =
 // The text the BSON reader is given: it accepts only an object at the top.
 std::string wrapExGreeksText(const std::string& text);
 
-// Parses the bytes of one file. The value must be an array of objects, or an
-// object whose members are objects; each object is one record. In a record
-// "code" must be a string and each Greek a finite number or null (left
-// absent); a field named twice rejects the file. On EGPR_GOOD every record is
-// put into harvest by its code, in file order, so a later record of a code
-// wins; on EGPR_BAD harvest is untouched and reason tells why. Runs the reader
-// under the C numeric locale. Never throws.
+// Parses the bytes of one file. The value is an array, or an object whose
+// members are walked the same way; each object in it is one record, anything
+// else an empty record under the empty code. In a record "code" must be a
+// string and each Greek a finite number or null (left absent); a field named
+// twice fails the file. Records go into harvest by their code in file order,
+// so a later record of a code wins. A text that is not strict JSON (see
+// checkExGreeksJson) gives EGPR_BAD with nothing taken; a record that fails
+// gives EGPR_BAD with the records before it taken. reason tells why. Runs the
+// reader under the C numeric locale. Never throws.
 int parseOptionExGreeksText(const char* data, std::size_t size, OptionExGreeksMap& harvest,
                             std::string* reason = nullptr);
 

@@ -37,6 +37,14 @@ public:
     virtual const void* getUserDataAddress(EUserMember member) const = 0;
     // Marks the settings dirty: the store saves them.
     virtual void setModifyFlag() = 0;
+    // A copy of the trade setting (member 160) as of the last setModifyFlag()
+    // on the store's thread; safe from any thread, so a worker can read it
+    // afresh at every turn. This default reads the member directly.
+    virtual CTradeSetting publishedTradeSetting() const
+    {
+        const void* address = getUserDataAddress(UM_TRADE_SETTING);
+        return address != nullptr ? *static_cast<const CTradeSetting*>(address) : CTradeSetting();
+    }
     virtual utils::EFormatNumberFlag getSegmentedFormatFlag() = 0;
 
     virtual boost::shared_ptr<CAccount> getAccountData(const QString& key) = 0;

@@ -169,10 +169,47 @@ void CUserSettingsStore::resetToDefaults()
     m_baskets.clear();
     m_tradeSetting = CTradeSetting();
     m_tradeSetting.autoImportExGreeksDir = QDir(m_configDir).filePath(QStringLiteral("exgreeks"));
+    publishTradeSetting();
     m_winnerSettings.clear();
     m_historyRates.clear();
     m_unitTexts.clear();
 }
+
+namespace {
+
+// An imported record as the settings file keeps it; an absent Greek is null.
+QJsonObject exGreeksToJson(const nqservice::COptionExGreeksVolatility& record)
+{
+    auto number = [](double value) { return utils::isAbsent(value) ? QJsonValue() : QJsonValue(value); };
+    QJsonObject object;
+    object.insert("code", QString::fromStdString(record.code));
+    object.insert("exSellImpliedVolatility", number(record.exSellImpliedVolatility));
+    object.insert("exBuyImpliedVolatility", number(record.exBuyImpliedVolatility));
+    object.insert("exDelta", number(record.exDelta));
+    object.insert("exGamma", number(record.exGamma));
+    object.insert("exVega", number(record.exVega));
+    object.insert("exTheta", number(record.exTheta));
+    return object;
+}
+
+boost::shared_ptr<nqservice::COptionExGreeksVolatility> exGreeksFromJson(const QJsonObject& object)
+{
+    auto record = boost::make_shared<nqservice::COptionExGreeksVolatility>();
+    auto number = [&object](const char* name) {
+        const QJsonValue value = object.value(QLatin1String(name));
+        return value.isDouble() ? value.toDouble() : utils::kAbsentDouble;
+    };
+    record->code = object.value("code").toString().toStdString();
+    record->exSellImpliedVolatility = number("exSellImpliedVolatility");
+    record->exBuyImpliedVolatility = number("exBuyImpliedVolatility");
+    record->exDelta = number("exDelta");
+    record->exGamma = number("exGamma");
+    record->exVega = number("exVega");
+    record->exTheta = number("exTheta");
+    return record;
+}
+
+}  // namespace
 
 QByteArray CUserSettingsStore::toJson() const
 {
@@ -268,6 +305,18 @@ QByteArray CUserSettingsStore::toJson() const
         units.insert(it.key(), it.value());
     }
     root.insert("unitTexts", units);
+
+    // The last good import, so that imported Greeks survive a restart.
+    QJsonArray exGreeks;
+    {
+        std::lock_guard<std::mutex> lock(m_greeksMutex);
+        for (auto it = m_exGreeks.constBegin(); it != m_exGreeks.constEnd(); ++it) {
+            if (it.value()) {
+                exGreeks.append(exGreeksToJson(*it.value()));
+            }
+        }
+    }
+    root.insert("exGreeks", exGreeks);
     return QJsonDocument(root).toJson(QJsonDocument::Indented);
 }
 
@@ -383,6 +432,13 @@ bool CUserSettingsStore::fromJson(const QByteArray& text, QString& why)
     for (auto it = unitsObject.constBegin(); it != unitsObject.constEnd(); ++it) {
         units.insert(it.key(), it.value().toString());
     }
+    OptionExGreeksMap exGreeks;
+    for (const QJsonValue& value : root.value("exGreeks").toArray()) {
+        auto record = exGreeksFromJson(value.toObject());
+        if (!record->code.empty()) {
+            exGreeks.insert(QString::fromStdString(record->code), record);
+        }
+    }
 
     self->m_userName = userName;
     self->m_displayName = displayName;
@@ -397,6 +453,11 @@ bool CUserSettingsStore::fromJson(const QByteArray& text, QString& why)
     self->m_winnerSettings = winners;
     self->m_historyRates = rates;
     self->m_unitTexts = units;
+    {
+        std::lock_guard<std::mutex> lock(m_greeksMutex);
+        self->m_exGreeks.swap(exGreeks);
+        self->m_publishedTradeSetting = trade;
+    }
     return true;
 }
 
@@ -465,10 +526,24 @@ bool CUserSettingsStore::reload()
     return false;
 }
 
+void CUserSettingsStore::publishTradeSetting()
+{
+    std::lock_guard<std::mutex> lock(m_greeksMutex);
+    m_publishedTradeSetting = m_tradeSetting;
+}
+
+CTradeSetting CUserSettingsStore::publishedTradeSetting() const
+{
+    std::lock_guard<std::mutex> lock(m_greeksMutex);
+    return m_publishedTradeSetting;
+}
+
 void CUserSettingsStore::setModifyFlag()
 {
     m_modified = true;
     if (QThread::currentThread() == thread()) {
+        // Writers on this thread change the members in place before they call here.
+        publishTradeSetting();
         save();
     } else {
         // A writer on another thread: the save runs on the store's own thread.

@@ -65,6 +65,7 @@ public:
     void* getUserDataAddress(EUserMember member) override;
     const void* getUserDataAddress(EUserMember member) const override;
     void setModifyFlag() override;
+    CTradeSetting publishedTradeSetting() const override;
     utils::EFormatNumberFlag getSegmentedFormatFlag() override;
     boost::shared_ptr<CAccount> getAccountData(const QString& key) override;
     bool isAccountFilter(const QString& key) override;
@@ -114,6 +115,9 @@ private:
 
     mutable std::mutex m_greeksMutex;
     OptionExGreeksMap m_exGreeks;  // 153, guarded by m_greeksMutex
+    // The trade setting for other threads, copied on the store's thread; guarded by m_greeksMutex.
+    CTradeSetting m_publishedTradeSetting;
+    void publishTradeSetting();
 };
 
 }  // namespace TC

@@ -381,26 +381,100 @@ TEST_F(AutoImportThreadTest, EmptyOrMissingDirectoryDoesNothing)
     EXPECT_EQ(1, filesLeft().size());
 }
 
-TEST_F(AutoImportThreadTest, WithoutUserSettingsTheHarvestIsDroppedAndTheSignalStillGoesOut)
+TEST_F(AutoImportThreadTest, WithoutUserSettingsAPassTakesNothing)
 {
-    CAutoImportOptionExGreeksThread thread;  // copies the settings while they are there
-    utils::CSingletonT<CUserManager>::instance()->setUserConfig(nullptr);
+    CAutoImportOptionExGreeksThread thread;
+    utils::CSingletonT<CUserManager>::instance()->setUserConfig(nullptr);  // deletes the store
     store = nullptr;
     QSignalSpy finished(&thread, &CAutoImportOptionExGreeksThread::sigReadFinish);
     writeFile(QStringLiteral("greeks.json"), validFileText());
+    thread.handleImport();
+    EXPECT_EQ(0, finished.count());
+    EXPECT_EQ(1, filesLeft().size()) << "the file waits for settings that name the directory";
+}
+
+TEST_F(AutoImportThreadTest, TheSettingIsReadAfreshAtEveryPassWithoutASignal)
+{
+    CAutoImportOptionExGreeksThread thread;
+    EXPECT_TRUE(thread.tradeSetting().autoImportExGreeks);
+    EXPECT_EQ(watchDir.path(), thread.tradeSetting().autoImportExGreeksDir);
+    QSignalSpy finished(&thread, &CAutoImportOptionExGreeksThread::sigReadFinish);
+    // Written in place and marked, as the settings dialog does; no signal goes out.
+    QTemporaryDir other;
+    auto* setting = static_cast<CTradeSetting*>(store->getUserDataAddress(UM_TRADE_SETTING));
+    setting->autoImportExGreeksDir = other.path();
+    store->setModifyFlag();
+    EXPECT_EQ(other.path(), thread.tradeSetting().autoImportExGreeksDir);
+    writeFile(QStringLiteral("greeks.json"), validFileText());  // in the old directory
+    {
+        QFile file(QDir(other.path()).filePath(QStringLiteral("other.json")));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(validFileText().data(), static_cast<qint64>(validFileText().size()));
+    }
+    thread.handleImport();  // a file there before the watch moved stands still over two looks
+    thread.handleImport();
+    EXPECT_EQ(1, finished.count());
+    EXPECT_EQ(1, filesLeft().size()) << "the old directory is no longer read";
+    EXPECT_TRUE(QDir(other.path()).entryList(QDir::Files).isEmpty());
+}
+
+TEST_F(AutoImportThreadTest, AFileStillBeingWrittenIsTakenOnlyWhenItsWriterClosesIt)
+{
+    CAutoImportOptionExGreeksThread thread;
+    QSignalSpy finished(&thread, &CAutoImportOptionExGreeksThread::sigReadFinish);
+    // A slow writer: one open file, a piece per pass, closed after the last.
+    std::string text = "[";
+    const int records = 40;
+    for (int i = 0; i < records; ++i) {
+        text += (i > 0 ? ", " : "") + recordText(std::to_string(10005000 + i), "0.25");
+    }
+    text += "]";
+    QFile file(path(QStringLiteral("slow.json")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const std::size_t piece = text.size() / 5 + 1;
+    for (std::size_t offset = 0; offset < text.size(); offset += piece) {
+        const std::string part = text.substr(offset, piece);
+        ASSERT_EQ(static_cast<qint64>(part.size()), file.write(part.data(), static_cast<qint64>(part.size())));
+        ASSERT_TRUE(file.flush());
+        thread.handleImport();
+        thread.handleImport();  // even a look that finds it unchanged does not take an open file
+        EXPECT_EQ(0, finished.count()) << "after " << offset + part.size() << " of " << text.size() << " bytes";
+        EXPECT_EQ(1, filesLeft().size());
+    }
+    file.close();
+    thread.handleImport();
+    ASSERT_EQ(1, finished.count());
+    EXPECT_TRUE(filesLeft().isEmpty());
+    for (int i = 0; i < records; ++i) {
+        EXPECT_TRUE(store->getOptionExGreeks(QString::number(10005000 + i))) << i;
+    }
+}
+
+TEST_F(AutoImportThreadTest, AFileRenamedIntoPlaceWholeIsTakenAtOnce)
+{
+    CAutoImportOptionExGreeksThread thread;
+    QSignalSpy finished(&thread, &CAutoImportOptionExGreeksThread::sigReadFinish);
+    writeFile(QStringLiteral("greeks.json.part"), validFileText());
+    thread.handleImport();
+    EXPECT_EQ(0, finished.count());
+    ASSERT_TRUE(QFile::rename(path(QStringLiteral("greeks.json.part")), path(QStringLiteral("greeks.json"))));
     thread.handleImport();
     EXPECT_EQ(1, finished.count());
     EXPECT_TRUE(filesLeft().isEmpty());
 }
 
-TEST_F(AutoImportThreadTest, SettingChangesReachTheThreadThroughTheTradeClientSignal)
+TEST_F(AutoImportThreadTest, AGoodPassIsSavedWithTheSettingsAndSurvivesARestart)
 {
     CAutoImportOptionExGreeksThread thread;
-    EXPECT_TRUE(thread.tradeSetting().autoImportExGreeks);
-    EXPECT_EQ(watchDir.path(), thread.tradeSetting().autoImportExGreeksDir);
-    setImport(false, path(QStringLiteral("elsewhere")));
-    EXPECT_FALSE(thread.tradeSetting().autoImportExGreeks);
-    EXPECT_EQ(path(QStringLiteral("elsewhere")), thread.tradeSetting().autoImportExGreeksDir);
+    writeFile(QStringLiteral("greeks.json"), validFileText());
+    thread.handleImport();
+    ASSERT_TRUE(store->getOptionExGreeks(QStringLiteral("10004001")));
+    EXPECT_FALSE(store->isModified()) << "marked and saved on the store's thread";
+    CUserSettingsStore again(configDir.path());
+    const auto record = again.getOptionExGreeks(QStringLiteral("10004001"));
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->exDelta, store->getOptionExGreeks(QStringLiteral("10004001"))->exDelta);
+    EXPECT_EQ(record->exTheta, store->getOptionExGreeks(QStringLiteral("10004001"))->exTheta);
 }
 
 TEST_F(AutoImportThreadTest, RunningThreadImportsOnItsTickAndSignalsTheGuiThreadQueued)
