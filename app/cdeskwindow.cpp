@@ -40,7 +40,9 @@ QString chromeStyle()
                "QMenuBar { background: %3; color: %2; } QMenuBar::item:selected { background: %4; }"
                "QMenu { background: %3; color: %2; border: 1px solid %5; } QMenu::item:selected { background: %4; }"
                "QStatusBar { background: %3; color: %6; } QStatusBar QLabel { color: %6; }"
-               "QMainWindow::separator { background: %5; width: 2px; height: 2px; }")
+               "QMainWindow::separator { background: %5; width: 2px; height: 2px; }"
+               "QTabBar::tab { background: %3; color: %6; padding: 4px 12px; border: 1px solid %5; }"
+               "QTabBar::tab:selected { background: %4; color: %2; }")
         .arg(c("clr_window_background"), c("clr_text_default"), c("clr_tab_header"), c("clr_table_background_selected"),
              c("clr_table_split_line"), c("clr_table_header_text")) +
            // Lists and views of the desk's own take the theme's scroll bars too.
@@ -121,8 +123,11 @@ void CDeskWindow::restore(const QString& themeOverride)
             names << name;
         }
     }
-    if (names.isEmpty()) {
-        names = m_factory.names();
+    // Panels this build has that the saved layout does not know yet come too.
+    for (const QString& name : m_factory.names()) {
+        if (!names.contains(name)) {
+            names << name;
+        }
     }
     for (const QString& name : names) {
         addPanel(name);
@@ -157,13 +162,25 @@ void CDeskWindow::addPanel(const QString& name)
         return;
     }
     dock->setWidget(panel);
-    const Qt::DockWidgetArea area = m_panels.empty() ? Qt::TopDockWidgetArea : Qt::BottomDockWidgetArea;
+    // The boards share the top as tabs; the other panels dock below them.
+    const bool board = name.startsWith(QStringLiteral("pricet"));
+    QDockWidget* firstBoard = nullptr;
+    for (const Docked& docked : m_panels) {
+        if (firstBoard == nullptr && docked.name.startsWith(QStringLiteral("pricet"))) {
+            firstBoard = docked.dock;
+        }
+    }
+    const Qt::DockWidgetArea area = board || m_panels.empty() ? Qt::TopDockWidgetArea : Qt::BottomDockWidgetArea;
     addDockWidget(area, dock);
+    if (board && firstBoard != nullptr) {
+        tabifyDockWidget(firstBoard, dock);
+        firstBoard->raise();
+    }
     if (QMenu* view = menuBar()->findChild<QMenu*>(QStringLiteral("menuView"))) {
         view->addAction(dock->toggleViewAction());
     }
-    // Host hand-over: trade type first here; panels accept any order.
-    panel->setTradeType(nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
+    // Host hand-over: trade type first here, so a saved string meets the columns of its type.
+    panel->setTradeType(m_factory.traderType(name));
     m_panels.push_back(Docked{name, dock, panel});
 }
 
@@ -291,6 +308,17 @@ TC::ITradeDockableWidget* CDeskWindow::panel(const QString& name) const
         }
     }
     return nullptr;
+}
+
+bool CDeskWindow::showPanel(const QString& name)
+{
+    QDockWidget* shown = dock(name);
+    if (shown == nullptr) {
+        return false;
+    }
+    shown->show();
+    shown->raise();
+    return true;
 }
 
 QDockWidget* CDeskWindow::dock(const QString& name) const

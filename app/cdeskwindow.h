@@ -50,6 +50,8 @@ public:
     void setMarketStatus(std::function<QString()> text) { m_marketStatus = std::move(text); }
 
     TC::ITradeDockableWidget* panel(const QString& name) const;
+    // Shows a panel's dock and brings it to the front of its tabs; false for an unknown name.
+    bool showPanel(const QString& name);
     QDockWidget* dock(const QString& name) const;
     QStringList panelNames() const;
     // Things the user was told at start (e.g. a damaged layout set aside).

@@ -9,17 +9,25 @@ namespace desk {
 CPanelFactory CPanelFactory::withBuiltins()
 {
     CPanelFactory factory;
-    factory.add(QStringLiteral("pricet"), QStringLiteral("T型报价"),
-                [](int id, QWidget* parent) { return new TC::COptionPriceTPanel(id, parent); });
+    const auto board = [](int id, QWidget* parent) { return new TC::COptionPriceTPanel(id, parent); };
+    factory.add(QStringLiteral("pricet"), QStringLiteral("T型报价"), board);
+    factory.add(QStringLiteral("pricet_future"), QStringLiteral("T型报价(商品期权)"), board,
+                nqservice::VQ_TRADER_TYPE_FUTURE_OPTION);
     return factory;
 }
 
-void CPanelFactory::add(const QString& name, const QString& title, Maker maker)
+void CPanelFactory::add(const QString& name, const QString& title, Maker maker, nqservice::EVqTraderType traderType)
 {
     if (!has(name)) {
         m_order << name;
     }
-    m_makers[name] = Entry{title, std::move(maker)};
+    m_makers[name] = Entry{title, std::move(maker), traderType};
+}
+
+nqservice::EVqTraderType CPanelFactory::traderType(const QString& name) const
+{
+    auto it = m_makers.find(name);
+    return it == m_makers.end() ? nqservice::VQ_TRADER_TYPE_STOCK_OPTION : it->second.traderType;
 }
 
 QString CPanelFactory::title(const QString& name) const

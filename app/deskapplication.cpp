@@ -93,6 +93,10 @@ int runDesk(int argc, char** argv)
         window.setHostTick([&services] { services.checkTradingDate(); });
         window.setMarketStatus([&services] { return services.statusText(); });
         window.restore(options.theme);
+        if (!options.showPanel.isEmpty() && !window.showPanel(options.showPanel)) {
+            printError(QStringLiteral("there is no panel \"%1\"; the panels are: %2")
+                           .arg(options.showPanel, window.panelNames().join(QStringLiteral(", "))));
+        }
         window.show();
         for (const QString& notice : window.notices()) {
             printError(notice);

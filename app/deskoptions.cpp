@@ -26,12 +26,15 @@ struct OptionSet {
     QCommandLineOption greeksDir{QStringLiteral("greeks-dir"), QStringLiteral("Directory of imported Greeks files."),
                                  QStringLiteral("DIR")};
     QCommandLineOption theme{QStringLiteral("theme"), QStringLiteral("Colour theme: dark or light."), QStringLiteral("NAME")};
+    QCommandLineOption show{QStringLiteral("show"),
+                            QStringLiteral("Bring this panel's dock to the front at start (pricet, pricet_future, ...)."),
+                            QStringLiteral("PANEL")};
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")};
     QCommandLineOption version{QStringLiteral("version"), QStringLiteral("Show the version.")};
 
     void addTo(QCommandLineParser& parser) const
     {
-        parser.addOptions({configDir, seed, screenshot, quitAfter, quoteRate, tickMs, greeksDir, theme, help, version});
+        parser.addOptions({configDir, seed, screenshot, quitAfter, quoteRate, tickMs, greeksDir, theme, show, help, version});
     }
 };
 
@@ -123,6 +126,9 @@ DeskOptions parseDeskOptions(const QStringList& arguments)
     }
     if (parser.isSet(set.greeksDir)) {
         options.greeksImportDir = parser.value(set.greeksDir);
+    }
+    if (parser.isSet(set.show)) {
+        options.showPanel = parser.value(set.show);
     }
     if (parser.isSet(set.theme)) {
         options.theme = parser.value(set.theme);

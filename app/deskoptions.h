@@ -15,6 +15,7 @@ struct DeskOptions {
     int tickMs = 250;            // the panels' timer tick
     QString greeksImportDir;     // directory of imported Greeks files ("" keeps the saved setting)
     QString theme;               // "dark" or "light" ("" keeps the saved theme)
+    QString showPanel;           // a panel whose dock comes to the front at start ("" none)
     bool showHelp = false;
     bool showVersion = false;
 

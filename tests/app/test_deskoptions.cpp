@@ -67,3 +67,12 @@ TEST(DeskOptions, HelpTextNamesTheOptions)
     }
     EXPECT_TRUE(parse({"--help"}).showHelp);
 }
+
+TEST(DeskOptions, ShowNamesAPanelToBringToTheFront)
+{
+    EXPECT_EQ(parse({}).showPanel, QString());
+    const desk::DeskOptions options = parse({QStringLiteral("--show"), QStringLiteral("pricet_future")});
+    ASSERT_TRUE(options.ok) << options.error.toStdString();
+    EXPECT_EQ(options.showPanel, QStringLiteral("pricet_future"));
+    EXPECT_TRUE(desk::deskUsage().contains(QStringLiteral("--show")));
+}

@@ -1,6 +1,9 @@
 // The desk with its real panels on the simulated market, as a trader starts it.
 #include "app/cdeskservices.h"
 #include "app/cdeskwindow.h"
+#include "board/coptionpricetpanel.h"
+#include "board/coptionpricettable.h"
+#include "board/coptionundlcodecombobox.h"
 #include "seam/common.h"
 #include "support/testsupport.h"
 #include "toolkit/cuiresource.h"
@@ -110,4 +113,53 @@ TEST_F(DeskOnMarket, ScreenshotShowsALivingBoardInBothThemes)
             image.save(QDir(QString::fromLocal8Bit(keep)).filePath(QStringLiteral("desk-%1.png").arg(theme)));
         }
     }
+}
+
+namespace {
+
+TC::COptionPriceTPanel* boardOf(desk::CDeskWindow& window, const QString& name)
+{
+    return qobject_cast<TC::COptionPriceTPanel*>(window.panel(name));
+}
+
+}  // namespace
+
+TEST_F(DeskOnMarket, TheCommodityOptionsHaveABoardOfTheirOwnKeptWithItsOwnLayout)
+{
+    QString futureLayout;
+    QString stockLayout;
+    {
+        desk::CDeskWindow window(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+        window.restore();
+        window.show();
+        TC::COptionPriceTPanel* stock = boardOf(window, QStringLiteral("pricet"));
+        TC::COptionPriceTPanel* future = boardOf(window, QStringLiteral("pricet_future"));
+        ASSERT_NE(stock, nullptr);
+        ASSERT_NE(future, nullptr) << "the commodity board is docked by default";
+        EXPECT_EQ(future->getTraderType(), nqservice::VQ_TRADER_TYPE_FUTURE_OPTION);
+        EXPECT_EQ(stock->getTraderType(), nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
+        EXPECT_TRUE(window.showPanel(QStringLiteral("pricet_future")));
+        // The commodity board lists the soybean meal options of the market.
+        ASSERT_GT(future->getUndlCombo()->count(), 0);
+        EXPECT_TRUE(future->getUndlCombo()->currentText().endsWith(QStringLiteral(".DCE")))
+            << future->getUndlCombo()->currentText().toStdString();
+        ASSERT_TRUE(testsupport::waitUntil([&] { return future->getChainTable()->rowCount() > 0; }, 5000));
+        EXPECT_NE(future->getChainTable()->columnCount(), stock->getChainTable()->columnCount());
+        future->getChainTable()->setColumnWidth(3, 91);
+        stock->getChainTable()->setColumnWidth(5, 93);
+        futureLayout = future->getChainTable()->saveConfigStr();
+        stockLayout = stock->getChainTable()->saveConfigStr();
+        ASSERT_TRUE(window.saveLayout());
+    }
+    desk::CDeskWindow again(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+    again.restore();
+    TC::COptionPriceTPanel* stock = boardOf(again, QStringLiteral("pricet"));
+    TC::COptionPriceTPanel* future = boardOf(again, QStringLiteral("pricet_future"));
+    ASSERT_NE(future, nullptr);
+    ASSERT_NE(stock, nullptr);
+    EXPECT_EQ(future->getTraderType(), nqservice::VQ_TRADER_TYPE_FUTURE_OPTION);
+    EXPECT_EQ(future->getChainTable()->saveConfigStr(), futureLayout);
+    EXPECT_EQ(stock->getChainTable()->saveConfigStr(), stockLayout);
+    EXPECT_EQ(future->getChainTable()->columnWidth(3), 91);
+    EXPECT_EQ(stock->getChainTable()->columnWidth(5), 93);
 }
