@@ -19,6 +19,7 @@ constexpr double kEtfTick = 0.001;
 constexpr double kEtfOptionUnit = 10000.0;
 constexpr double kEtfMarginParameter = 0.12;
 constexpr double kRiskFreeRate = 0.02;
+constexpr double kFutureOptionRate = 0.0;
 constexpr int kEtfMaxOrderVolume = 30;
 constexpr double kStrikeEpsilon = 1e-9;
 
@@ -288,10 +289,13 @@ private:
                 option->contractUnit = kMealUnit;
                 option->exercisePrice = strike;
                 option->marginParameter = kMealMarginParameter;
-                option->riskFreeRate = kRiskFreeRate;
+                // Futures options are priced undiscounted: with rate 0 the board's
+                // Black-Scholes on the futures price is Black-76, so a price made
+                // at one volatility reads back that volatility for calls and puts.
+                option->riskFreeRate = kFutureOptionRate;
                 option->historyVolatility = future->historyVolatility;
                 option->maxOrderVolume = kMealMaxOrderVolume;
-                const double discount = std::exp(-kRiskFreeRate * years);
+                const double discount = std::exp(-kFutureOptionRate * years);
                 const double vol = smileVolatility(atmVol, price, strike, years);
                 // American exercise: worth at least the intrinsic value.
                 const double value = std::max(blackValue(call, price, strike, years, vol, discount),
