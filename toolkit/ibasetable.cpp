@@ -789,7 +789,20 @@ void IBaseTable::sortByColumn(int column, int order)
     } else {
         m_proxy->sort(column, order == TSO_DESCENDING ? Qt::DescendingOrder : Qt::AscendingOrder);
     }
+    // The arrow takes room beside the header text; a column narrowed to its text gets it back.
+    const QFontMetrics bold(*CUiResource::get()->getFont(cellFontKey(true)));
+    const int needed = headerWidth(bold, column);
+    if (!m_view->isColumnHidden(column) && m_header->sectionSize(column) < needed) {
+        m_columns[column].width = needed;
+        m_header->resizeSection(column, needed);
+    }
     m_header->viewport()->update();
+}
+
+int IBaseTable::headerWidth(const QFontMetrics& bold, int column) const
+{
+    const int arrow = column == m_sortColumn && m_sortOrder != TSO_NONE ? 10 : 2;
+    return bold.horizontalAdvance(columnHeader(column)) + 2 * kCellPadding + arrow;
 }
 
 void IBaseTable::onHeaderClicked(int logical)
@@ -812,7 +825,8 @@ void IBaseTable::adjustColumnWidth()
     const int rows = std::min(m_model->rowCount(), kRowsMeasured);
     for (int column = 0; column < columnCount(); ++column) {
         const QFontMetrics& metrics = columnBoldFont(column) ? bold : normal;
-        int width = bold.horizontalAdvance(columnHeader(column)) + 2 * kCellPadding + 10;
+        // Room for the sort arrow only where it shows: sortByColumn widens a column that gets it.
+        int width = headerWidth(bold, column);
         for (int row = 0; row < rows; ++row) {
             width = std::max(width, metrics.horizontalAdvance(itemText(row, column)) + 2 * kCellPadding + 4);
             if (QWidget* widget = m_view->indexWidget(viewIndex(row, column))) {

@@ -20,6 +20,7 @@
 #include <string>
 
 class QAbstractItemModel;
+class QFontMetrics;
 class QTableView;
 class QLineEdit;
 class QMenu;
@@ -216,6 +217,8 @@ private:
     struct CellLook;
     struct PaintState;
     static const QString& cellFontKey(bool bold);
+    // What a column's header needs: its text in the bold font, padding, and the sort arrow when it has it.
+    int headerWidth(const QFontMetrics& bold, int column) const;
     static constexpr int kCellPadding = 4;
     void paintCells(QPainter* painter, const QRegion& region) const;
     void paintCell(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& viewIndex) const;

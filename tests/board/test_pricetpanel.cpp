@@ -596,8 +596,14 @@ TEST_F(PriceTPanel, ScrollBarsTakeTheThemesColours)
     EXPECT_TRUE(bar->styleSheet().contains(light));
     EXPECT_TRUE(chain()->tableView()->verticalScrollBar()->styleSheet().contains(light));
     // What is painted: the groove in the theme's table colour, not the platform's light grey.
-    bar->resize(200, 12);
-    const QImage picture = bar->grab().toImage();
+    // A bar of the same style with a small handle at its left shows the groove at its right.
+    QScrollBar probe(Qt::Horizontal);
+    probe.setStyleSheet(bar->styleSheet());
+    probe.setRange(0, 1000);
+    probe.setPageStep(10);
+    probe.setValue(0);
+    probe.resize(200, 12);
+    const QImage picture = probe.grab().toImage();
     EXPECT_EQ(picture.pixelColor(picture.width() - 3, picture.height() / 2).name(),
               WG::CUiResource::get()->getColor(QStringLiteral("clr_table_background"))->name());
     WG::CUiResource::get()->setTheme(QStringLiteral("dark"));

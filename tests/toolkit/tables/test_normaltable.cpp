@@ -498,3 +498,21 @@ TEST_F(NormalTableTest, ColourKeysFromAReusedBufferKeepTheirNewText)
 }
 
 }  // namespace
+
+TEST_F(NormalTableTest, HeadersTakeRoomForTheSortArrowOnlyWhereItShows)
+{
+    table->setRowCount(2);
+    table->setItemText(0, 0, QStringLiteral("1"), true);  // content narrower than the header
+    table->updateTable();
+    table->adjustColumnWidth();
+    const int unsorted = table->columnWidth(0);
+    table->sortByColumn(0, WG::TSO_ASCENDING);
+    const int sorted = table->columnWidth(0);
+    EXPECT_EQ(sorted - unsorted, 8) << "the arrow's room comes with the sort";
+    table->sortByColumn(3, WG::TSO_ASCENDING);
+    table->adjustColumnWidth();
+    EXPECT_EQ(table->columnWidth(0), unsorted) << "and goes when the next fit finds another sorted column";
+    // The header text still fits: its advance in the bold cell font plus the padding of both sides.
+    const QFontMetrics bold(*WG::CUiResource::get()->getFont(QStringLiteral("fnt_default_normal_heavy_fix")));
+    EXPECT_GE(unsorted, bold.horizontalAdvance(QStringLiteral("合约代码")) + 8);
+}
