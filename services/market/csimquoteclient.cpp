@@ -12,25 +12,12 @@
 
 namespace market {
 
-CSimQuoteClient::CSimQuoteClient(TC::CTimeService* clock, bool initialImage) : m_clock(clock)
+CSimQuoteClient::CSimQuoteClient(TC::CTimeService* clock, bool initialImage)
+    : m_clock(clock), m_initialImage(initialImage)
 {
-    if (initialImage) {
-        m_dispatcher = std::thread([this] { dispatchLoop(); });
-    }
 }
 
-CSimQuoteClient::~CSimQuoteClient()
-{
-    m_feed.reset();
-    {
-        std::lock_guard<std::mutex> lock(m_dispatchMutex);
-        m_dispatchStop = true;
-    }
-    m_dispatchWake.notify_all();
-    if (m_dispatcher.joinable()) {
-        m_dispatcher.join();
-    }
-}
+CSimQuoteClient::~CSimQuoteClient() { m_feed.reset(); }
 
 CSimQuoteClient::Shard& CSimQuoteClient::shardOf(const QString& key) const
 {
@@ -50,7 +37,7 @@ void CSimQuoteClient::subscribe(const boost::shared_ptr<TC::CQuoteSubscription>&
     if (subscription == nullptr) {
         return;
     }
-    bool hasImage = false;
+    boost::shared_ptr<TC::CPriceData> image;
     {
         Shard& shard = shardOf(subscription->key());
         std::lock_guard<std::mutex> lock(shard.mutex);
@@ -66,36 +53,14 @@ void CSimQuoteClient::subscribe(const boost::shared_ptr<TC::CQuoteSubscription>&
         }
         list->push_back(subscription);
         entry.subscriptions = list;
-        hasImage = entry.latest != nullptr;
+        image = entry.latest;
     }
-    if (hasImage && m_dispatcher.joinable()) {
-        {
-            std::lock_guard<std::mutex> lock(m_dispatchMutex);
-            m_dispatchQueue.push_back(subscription);
-        }
-        m_dispatchWake.notify_one();
-    }
-}
-
-void CSimQuoteClient::dispatchLoop()
-{
-    while (true) {
-        boost::shared_ptr<TC::CQuoteSubscription> subscription;
-        {
-            std::unique_lock<std::mutex> lock(m_dispatchMutex);
-            m_dispatchWake.wait(lock, [this] { return m_dispatchStop || !m_dispatchQueue.empty(); });
-            if (m_dispatchStop) {
-                return;
-            }
-            subscription = std::move(m_dispatchQueue.front());
-            m_dispatchQueue.pop_front();
-        }
-        // The newest snapshot at delivery time, so an image is never older than
-        // what the feed delivered before it was queued.
-        const auto data = getStockPrice(subscription->key());
-        if (data != nullptr) {
-            subscription->deliver(data);
-        }
+    // The image reaches the subscriber at once, on this thread and outside the
+    // lock, before the request returns: an order dialog builds its price types
+    // from it. A snapshot the feed publishes meanwhile may come before it on
+    // the feed's thread; a subscriber keeping the newest per key takes the next.
+    if (image != nullptr && m_initialImage) {
+        subscription->deliver(image);
     }
 }
 

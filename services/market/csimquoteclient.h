@@ -11,8 +11,6 @@
 #include <QString>
 
 #include <array>
-#include <condition_variable>
-#include <deque>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -26,9 +24,9 @@ class CSimQuoteClient : public TC::CQuoteClient {
 public:
     // `clock` gives the time of the trading phases (null: TC::getTimeService()).
     // With `initialImage`, a new subscription receives the newest snapshot of its
-    // key from a small dispatcher thread soon after subscribe() returns.
+    // key at once, on the subscribing thread, before subscribe() returns.
     explicit CSimQuoteClient(TC::CTimeService* clock = nullptr, bool initialImage = true);
-    // Stops an attached feed first, then the dispatcher.
+    // Stops an attached feed first.
     ~CSimQuoteClient() override;
     CSimQuoteClient(const CSimQuoteClient&) = delete;
     CSimQuoteClient& operator=(const CSimQuoteClient&) = delete;
@@ -67,7 +65,6 @@ private:
 
     Shard& shardOf(const QString& key) const;
     void prune(const QString& key);
-    void dispatchLoop();
 
     TC::CTimeService* const m_clock;
     mutable std::array<Shard, kShardCount> m_shards;
@@ -76,11 +73,7 @@ private:
     QHash<QString, int> m_phaseOverrides;
 
     // Initial images: subscriptions waiting for the newest snapshot of their key.
-    std::mutex m_dispatchMutex;
-    std::condition_variable m_dispatchWake;
-    std::deque<boost::shared_ptr<TC::CQuoteSubscription>> m_dispatchQueue;
-    bool m_dispatchStop = false;
-    std::thread m_dispatcher;
+    const bool m_initialImage;
 
     std::unique_ptr<CSimMarket> m_feed;
 };
