@@ -690,6 +690,9 @@ void COptionPriceTPanel::updateAccounts()
     if (accountCombo != nullptr) {
         accountCombo->reload();
     }
+    if (chainTable != nullptr) {
+        chainTable->updateOrderAccounts();  // an open order dialog lists the accounts anew
+    }
 }
 
 }  // namespace TC

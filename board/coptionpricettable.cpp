@@ -7,18 +7,30 @@
 #include "seam/stockcolor.h"
 #include "seam/uievents.h"
 #include "seam/user.h"
+#include "order/coptionorderdialog.h"
+#include "order/coptionorderrules.h"
+#include "seam/logger.h"
+#include "seam/trading.h"
+#include "toolkit/cmessagebox.h"
 #include "toolkit/cpushbutton.h"
 #include "toolkit/ctablecellmodel.h"
 #include "toolkit/ctablesortproxy.h"
 #include "toolkit/cwidgetlist.h"
 
+#include <QApplication>
+#include <QCursor>
 #include <QHeaderView>
+#include <QScreen>
 #include <QResizeEvent>
 #include <QTableView>
 #include <QScrollBar>
 #include <QVariant>
 
 #include <algorithm>
+#include <iterator>
+
+#include <boost/make_shared.hpp>
+#include <fmt/format.h>
 
 namespace TC {
 
@@ -627,12 +639,181 @@ bool COptionPriceTTable::handleEvent(int code, int id, int arg, QString text, vo
 {
     // The clicks of the cells' order buttons belong to the table: their ids
     // (row * 100 + operationIndex) must not reach the panel, whose own buttons
-    // use small ids too. The order dialog they open comes with the order flow.
+    // use small ids too.
     if (code == WG::UE_BUTTON_CLICKED) {
         lastOrderButtonId = id;
+        openOrderDialog(id);
         return true;
     }
     return WG::COddEvenRowTable::handleEvent(code, id, arg, text, data);
+}
+
+void COptionPriceTTable::openOrderDialog(int id)
+{
+    if (orderDialog == nullptr) {
+        orderDialog = new COptionOrderDialog(this);
+    }
+    CUserConfig* config = getUserConfig();
+    if (config == nullptr) {
+        return;
+    }
+    const int role = config->getUserDataInt(UM_USER_ROLE);
+    if (role == 200 || role == 102) {
+        return;
+    }
+    const auto* accounts =
+        static_cast<const QVector<boost::shared_ptr<CAccount>>*>(config->getUserDataAddress(UM_ACCOUNT_LIST));
+    if (accounts == nullptr || accounts->isEmpty()) {
+        return;
+    }
+    QScreen* screen = this->screen();
+    const QRect available = screen != nullptr ? screen->availableGeometry() : QRect(0, 0, 1920, 1080);
+    orderDialog->setViewInfo(id, rowCodes, traderType, defaultAccount.toStdString());
+    orderDialog->adjustSize();
+    QPoint point = QCursor::pos();
+    if (orderDialog->width() + point.x() > available.x() + available.width()) {
+        point.rx() -= orderDialog->width();
+    }
+    if (orderDialog->height() + point.y() > available.y() + available.height()) {
+        point.ry() -= orderDialog->height();
+    }
+    // The dialog is a window of its own: global coordinates are its place.
+    orderDialog->move(point);
+    orderDialog->show();
+    orderDialog->raise();
+}
+
+void COptionPriceTTable::slotDoOperation()
+{
+    if (orderDialog != nullptr) {
+        order = orderDialog->getResult();
+    }
+    orderDialog = nullptr;  // it deletes itself on close
+    if (!order.stockCode.isEmpty()) {
+        doOperation();
+    }
+}
+
+void COptionPriceTTable::slotSetDefaultAccount(QString accountKey) { defaultAccount = accountKey; }
+
+void COptionPriceTTable::updateOrderAccounts()
+{
+    if (orderDialog != nullptr) {
+        orderDialog->loadAccounts(traderType, defaultAccount.toStdString());
+    }
+}
+
+void COptionPriceTTable::doOperation()
+{
+    std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>> params;
+    QString error;
+    QString remark;
+    if (!fillStockParams(params, order, error, remark)) {
+        if (CMsgService* messages = utils::CManualSingletonT<CMsgService>::instance()) {
+            messages->showQsMsg(error, static_cast<EMsgTypeDef>(4), static_cast<nqservice::MsgLevel>(1), false, false);
+        }
+        return;
+    }
+    std::map<std::string, double> weights;
+    weights[order.accountKey.toStdString()] = 1.0;
+    CUserConfig* config = getUserConfig();
+    const int role = config != nullptr ? config->getUserDataInt(UM_USER_ROLE) : 0;
+    static const int kSendingRoles[] = {90, 91, 101, 100, 400, 80};
+    if (std::find(std::begin(kSendingRoles), std::end(kSendingRoles), role) == std::end(kSendingRoles)) {
+        return;
+    }
+    utils::writeLog(utils::kLogLevelInfo, fmt::format("{0}", static_cast<const void*>(this)),
+                    "TC::COptionPriceTTable::doOperation", "placeCommands: [manual] option speculation.");
+    if (traderType != nqservice::VQ_TRADER_TYPE_STOCK_OPTION && traderType != nqservice::VQ_TRADER_TYPE_FUTURE_OPTION) {
+        return;
+    }
+    COvCommandCenter* commands = utils::CManualSingletonT<COvCommandCenter>::instance();
+    if (commands == nullptr) {
+        return;
+    }
+    commands->createCommand(traderType, static_cast<nqservice::EVqHedgeType>(0), params, weights,
+                            static_cast<nqservice::EVqStopLossType>(0), false, true, COvCommandCenter::CommandCallback(),
+                            bson::BSONObj(), "", static_cast<nqservice::ETradePlatform>(0), bson::BSONObj(),
+                            static_cast<nqservice::EVqLimitedPriceType>(0), bson::BSONObj(), remark, false,
+                            bson::BSONObj(), 0, static_cast<nqservice::EtfHedgeStatus>(-1), bson::BSONObj(),
+                            bson::BSONObj());
+}
+
+bool COptionPriceTTable::fillStockParams(std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>>& params,
+                                         const orderValue& value, QString& error, QString&)
+{
+    // Kept as the system has it: no trader type that reaches here is 3001, so a zero price passes.
+    if (!(value.price > utils::kPriceTolerance) && value.priceType != 12 && static_cast<int>(traderType) == 3001 &&
+        !nqservice::isMarketPrice(value.priceType)) {
+        error = QStringLiteral("委托价 ") + QString::number(value.price, 'g', 6) + QStringLiteral(" 错误, 无法下单");
+        return false;
+    }
+    params.clear();
+    CExchangeClient* client = exchange();
+    const std::shared_ptr<nqservice::CInstrumentDetail> detail =
+        client != nullptr ? client->getCodeInfo(value.stockCode) : nullptr;
+    nqservice::CStockInfo stockInfo;
+    if (detail) {
+        stockInfo.market = detail->market;
+        stockInfo.code = detail->code;
+        stockInfo.textField2 = detail->getTextField(2);
+        stockInfo.name = detail->name;
+    }
+    CUserConfig* config = getUserConfig();
+    std::vector<boost::shared_ptr<nqservice::CAccountInfo>> accounts;
+    const boost::shared_ptr<CAccount> account =
+        config != nullptr ? config->getAccountData(value.accountKey) : boost::shared_ptr<CAccount>();
+    accounts.push_back(account ? account->toInfo() : boost::shared_ptr<nqservice::CAccountInfo>());
+    const std::vector<double> weights{1.0};
+    auto splitError = boost::make_shared<utils::NQError>();
+    std::vector<long long> volumes;
+    if (CTradeClient* trade = utils::CManualSingletonT<CTradeClient>::instance()) {
+        volumes = trade->splitEntrusts(value.volume, value.price, value.priceType, accounts, weights,
+                                       static_cast<nqservice::EPositionType>(1), stockInfo.market, stockInfo.code,
+                                       value.operationType, static_cast<nqservice::EHedge_Flag_Type>(49), splitError,
+                                       false, true);
+    }
+    auto param = boost::make_shared<nqservice::CCodeOrderParam>();
+    param->operationType = value.operationType;
+    param->userName = config != nullptr ? config->getUserDataString(UM_USER_NAME).toStdString() : std::string();
+    param->hedgeFlag = static_cast<nqservice::EHedge_Flag_Type>(49);
+    param->orderKind = 5;
+    param->stockInfo = stockInfo;
+    param->account = accounts.front();
+    param->price = value.price;
+    param->priceType = value.priceType;
+    if (!volumes.empty()) {
+        param->volume = volumes.front();
+    }
+    if (!detail) {
+        error = QStringLiteral("合约 ") + value.stockCode + QStringLiteral(" 错误, 无法下单");
+        return false;
+    }
+    std::map<std::string, int> permissions;
+    if (config != nullptr) {
+        if (const auto permission = config->getPermissionInfoPtr()) {
+            permissions = permission->intMap;
+        }
+    }
+    const bool marketBranch = nqservice::isSupportMarketPrice(detail->market, detail->code, value.priceType);
+    const COrderLimit limit = COptionOrderRules::orderLimit(detail->getIntField(2008), permissions, marketBranch);
+    if (param->volume > limit.limit) {
+        QWidget* window = QApplication::activeWindow();
+        if (!limit.allowance) {
+            error = QStringLiteral("单笔下单量不能超过合规最大下单量%1").arg(limit.limit, 0, 10, QLatin1Char(' '));
+            WG::CMessageBox::warning(nullptr, window, QStringLiteral("提示"), error, QMessageBox::Ok);
+            return false;
+        }
+        error = QStringLiteral("单笔下单量超过合规最大下单量%1").arg(limit.limit, 0, 10, QLatin1Char(' '));
+        const QMessageBox::StandardButton answer = WG::CMessageBox::question(
+            nullptr, window, QStringLiteral("提示"), error + QStringLiteral(",是否自动拆单?"),
+            QMessageBox::StandardButtons(QMessageBox::Yes | QMessageBox::No));
+        if (answer != QMessageBox::Yes) {
+            return false;
+        }
+    }
+    params.push_back(param);
+    return true;
 }
 
 }  // namespace TC

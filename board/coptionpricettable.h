@@ -1,11 +1,14 @@
 // The T of the chain board: one row per strike, the call's columns left of the
 // strike and the put's right of it, in one of five column sets. Rows are paired
 // by strike when codes are set; quotes reach a row through updateTableByPrice.
-// It places no order itself yet: the buttons deliver their ids upward.
+// A press on a row's "开" or "平" opens the option order dialog at the mouse;
+// its answer becomes one command to the command centre.
 #pragma once
 
 #include "board/cpricettableschema.h"
 #include "board/cpricetrowbuilder.h"
+#include "order/coptionorderdialog.h"
+#include "order/ordervalue.h"
 #include "seam/common.h"
 #include "seam/cpricedata.h"
 #include "seam/tradingenums.h"
@@ -13,6 +16,7 @@
 
 #include <QHash>
 #include <QMap>
+#include <QPointer>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -20,8 +24,10 @@
 #include <boost/shared_ptr.hpp>
 
 #include <memory>
+#include <vector>
 
 namespace nqservice {
+class CCodeOrderParam;
 class CInstrumentDetail;
 }
 
@@ -30,8 +36,6 @@ class CWidgetList;
 }
 
 namespace TC {
-
-class COptionOrderDialog;
 
 class COptionPriceTTable : public WG::COddEvenRowTable {
     Q_OBJECT
@@ -82,6 +86,19 @@ public:
     int getLastOrderButtonId() const { return lastOrderButtonId; }
 
     bool handleEvent(int code, int id, int arg, QString text, void* data) override;
+
+    // The order flow: the dialog's answer, the default account, a changed account list.
+    void updateOrderAccounts();
+    void doOperation();
+    bool fillStockParams(std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>>& params, const orderValue& value,
+                         QString& error, QString& remark);
+    COptionOrderDialog* getOrderDialog() const { return orderDialog; }
+    const orderValue& getOrderValue() const { return order; }
+    QString getDefaultAccount() const { return defaultAccount; }
+
+public slots:
+    void slotDoOperation();
+    void slotSetDefaultAccount(QString accountKey);
     void themeChanged() override;
     void loadConfigStr(QString config) override;
     // Also fits the widths to the first quotes after a refresh, while no saved layout rules them.
@@ -98,6 +115,8 @@ protected:
 
 private:
     double calcForecastMargin(const std::shared_ptr<nqservice::CInstrumentDetail>& option);
+    // Opens the order dialog for button id (row * 100 + operationIndex) at the mouse.
+    void openOrderDialog(int id);
     // Replays a row function's writes into the row.
     void applyWrites(int row, const TPriceTCellWrites& writes);
     using RowBuilder = bool (*)(int, const boost::shared_ptr<CPriceData>&, int, TPriceTCellWrites&);
@@ -116,9 +135,12 @@ private:
     QSet<int> numberColumns;
     QSet<int> totalColumns;
     int strikeColumn = -1;
-    TC::COptionOrderDialog* orderDialog = nullptr;
+    // Guarded: a dialog closed by any way at all leaves no dangling pointer.
+    QPointer<TC::COptionOrderDialog> orderDialog;
     nqservice::EVqTraderType traderType = nqservice::VQ_TRADER_TYPE_STOCK_OPTION;
     QString defaultAccount;
+    // The order under way, as the dialog answered it.
+    orderValue order;
     QMap<QString, utils::TStringMapSum<int>> rowCode2Net;
 
     // The row of each code, so that a quote finds its row without walking all rows.

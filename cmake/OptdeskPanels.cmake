@@ -1,11 +1,12 @@
 # The panel library: the four dockable panels and what they are built of. Each
 # panel folder is a library of its own (with a Qt-Core-only core for the logic
 # that needs no widget); optdesk_panels gathers them for a host.
+add_subdirectory(${CMAKE_SOURCE_DIR}/order ${CMAKE_BINARY_DIR}/order)
 add_subdirectory(${CMAKE_SOURCE_DIR}/board ${CMAKE_BINARY_DIR}/board)
 
-set(OPTDESK_PANEL_TARGETS optdesk_board_core optdesk_board)
+set(OPTDESK_PANEL_TARGETS optdesk_order_core optdesk_order optdesk_board_core optdesk_board)
 
 add_library(optdesk_panels INTERFACE)
 add_library(optdesk::panels ALIAS optdesk_panels)
 set_target_properties(optdesk_panels PROPERTIES EXPORT_NAME panels)
-target_link_libraries(optdesk_panels INTERFACE optdesk_board optdesk_toolkit optdesk_seam)
+target_link_libraries(optdesk_panels INTERFACE optdesk_board optdesk_order optdesk_toolkit optdesk_seam)

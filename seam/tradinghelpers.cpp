@@ -472,15 +472,14 @@ std::string getFixOrderNumWarnMsg(const CStockInfo& stock, const std::vector<lon
             configured = permissions->getInt(kPermStkOptFixPriceMaxOrderLimit);
         }
     }
-    long long limit = utils::kAbsentLongLong;
-    if (!utils::isAbsent(instrumentLimit) && instrumentLimit > 0) {
-        limit = instrumentLimit;
+    // The user's limit caps the instrument's; what the exchange does not list
+    // as one instrument (a combination "A/B") has no limit on one order.
+    if (utils::isAbsent(instrumentLimit) || instrumentLimit <= 0) {
+        return std::string();
     }
+    long long limit = instrumentLimit;
     if (configured > 0) {
         limit = std::min<long long>(limit, configured);
-    }
-    if (limit == utils::kAbsentLongLong) {
-        return std::string();
     }
     long long largest = total;
     for (long long volume : volumes) {

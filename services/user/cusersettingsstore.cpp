@@ -161,10 +161,11 @@ void CUserSettingsStore::resetToDefaults()
 
     m_permission = boost::make_shared<nqservice::CGlobalFeaturePermissionInfo>();
     m_permission->userName = m_userName.toStdString();
+    // As the SSE allows: 50 contracts per limit order, 10 per market order, larger ones split.
     m_permission->intMap[nqservice::kPermStkOptMarketPriceSplitAllowance] = 1;
-    m_permission->intMap[nqservice::kPermStkOptMarketPriceMaxOrderLimit] = 0;
+    m_permission->intMap[nqservice::kPermStkOptMarketPriceMaxOrderLimit] = 10;
     m_permission->intMap[nqservice::kPermStkOptFixPriceSplitAllowance] = 1;
-    m_permission->intMap[nqservice::kPermStkOptFixPriceMaxOrderLimit] = 0;
+    m_permission->intMap[nqservice::kPermStkOptFixPriceMaxOrderLimit] = 50;
 
     m_baskets.clear();
     m_tradeSetting = CTradeSetting();
