@@ -1,6 +1,7 @@
 #include "board/coptionpricetpanel.h"
 
 #include "board/cautoimportoptionexgreeksthread.h"
+#include "board/coptionpricetgreekstable.h"
 #include "board/coptionpricettable.h"
 #include "board/coptionundlcodecombobox.h"
 #include "board/cpricetrowbuilder.h"
@@ -28,7 +29,11 @@
 #include <QPainter>
 #include <QResizeEvent>
 #include <QSet>
+#include <QPointer>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
+
+#include <boost/make_shared.hpp>
 
 
 #include <functional>
@@ -217,7 +222,10 @@ void COptionPriceTPanel::createUi()
     chainTable->setFlag(chainTable->flag() & ~WG::EBaseTableFlags(WG::BTF_COLUMN_MOVABLE));
     chainTable->adjustColumnWidth();
     chainTable->setFlashOnlyUpdateBorderAndText();
-    splitter->setWidgets(chainTable, nullptr, true, 400);
+    greeksTable = new COptionPriceTGreeksTable(splitter);
+    greeksTable->setFlag(greeksTable->flag() & ~WG::EBaseTableFlags(QFlag(0x48)));
+    greeksTable->adjustColumnWidth();
+    splitter->setWidgets(chainTable, greeksTable, true, 400);
     mainList->addStretchWidget(splitter, 1, WG::WA_FILL, false);
     mainList->updateWidgetLength();
 }
@@ -257,6 +265,9 @@ QString COptionPriceTPanel::param()
         }
         sections << CParamString::joinList(layouts);
     }
+    if (greeksTable != nullptr) {
+        sections << greeksTable->saveConfigStr();
+    }
     if (quickOrderCheck != nullptr) {
         sections << QString::number(quickOrderCheck->isChecked() ? 1 : 0);
     }
@@ -278,6 +289,9 @@ void COptionPriceTPanel::setParam(const QString& param)
         // The quote layout is the one loaded, whatever mode the string was saved in.
         chainTable->loadConfigStr(tableConfigs[0]);
     }
+    if (sections.size() > 1 && greeksTable != nullptr) {
+        greeksTable->loadConfigStr(sections.at(1));
+    }
     if (sections.size() > 2 && quickOrderCheck != nullptr) {
         quickOrderCheck->setChecked(sections.at(2).toInt() != 0);
     }
@@ -298,6 +312,9 @@ void COptionPriceTPanel::undlChanged()
     doClearTitle();
     const QMap<QString, QStringList> dates = map.value(undl);
     setDate(dates);
+    if (greeksTable != nullptr) {
+        greeksTable->setInstrument(dates);
+    }
     requestInstrumentMapQuote();
 }
 
@@ -416,6 +433,9 @@ void COptionPriceTPanel::requestInstrumentMapQuote()
         // Every expiry at once: a month tab costs no new request.
         quoteRequests[code] = CQuoteRequest::makeHandicapRequest(code, callback, ST_DEFAULT);
     }
+    if (greeksTable != nullptr) {
+        greeksTable->refreshAll();
+    }
 }
 
 // ---- one update ----
@@ -456,10 +476,16 @@ void COptionPriceTPanel::onTimer(QFlags<TC::ETimerUpdateFlag>)
     setDateInfo();
 
     std::lock_guard<std::recursive_mutex> lock(dataMutex);
-    // Positions of the accounts are folded in here once their overlay exists.
+    for (const auto& entry : positionCache) {
+        updatePositionStatics(entry.second);
+    }
+    positionCache.clear();
     if (!priceCache.isEmpty()) {
         for (auto it = priceCache.constBegin(); it != priceCache.constEnd(); ++it) {
             chainTable->updateTableByPrice(it.value());
+            if (greeksTable != nullptr) {
+                greeksTable->updateTableByPrice(it.value());
+            }
         }
         priceCache.clear();
     }
@@ -599,7 +625,8 @@ bool COptionPriceTPanel::handleEvent(int event, int id, int value, QString text,
             return true;
         }
         if (id == kCancelAllId) {
-            return true;  // cancelling the accounts' tasks comes with the position overlay
+            cancelAllTasks();
+            return true;
         }
         if (tabDates.contains(id)) {
             currentDate = tabDates.value(id);
@@ -624,6 +651,10 @@ bool COptionPriceTPanel::handleEvent(int event, int id, int value, QString text,
     if (event == WG::UE_ACCOUNTS_CHANGED) {
         updateAccounts();
         return true;
+    }
+    if (event == WG::UE_ACCOUNT_SELECTED && id == kAccountComboId) {
+        // The combo's choice is the panel's account change.
+        return handleEvent(WG::UE_ACCOUNTS_CHANGED, id, value, text, data);
     }
     return ITradeDockableWidget::handleEvent(event, id, value, text, data);
 }
@@ -653,6 +684,10 @@ void COptionPriceTPanel::setTradeType(nqservice::EVqTraderType type)
             chainTable->loadConfigStr(tableConfigs.value(chainTable->getTableType()));
         }
     }
+    if (greeksTable != nullptr) {
+        greeksTable->setTradeType(type);
+        greeksTable->refreshAll();
+    }
     if (undlCombo != nullptr &&
         (type == nqservice::VQ_TRADER_TYPE_STOCK_OPTION || type == nqservice::VQ_TRADER_TYPE_FUTURE_OPTION)) {
         traderType = type;
@@ -660,7 +695,15 @@ void COptionPriceTPanel::setTradeType(nqservice::EVqTraderType type)
     }
 }
 
-void COptionPriceTPanel::loadAccounts() { updateAccounts(); }
+void COptionPriceTPanel::loadAccounts()
+{
+    // The account list may have changed: the combo lists it again, keeping its choice.
+    if (accountCombo != nullptr) {
+        const QSignalBlocker quiet(accountCombo);
+        accountCombo->reload();
+    }
+    updateAccounts();
+}
 
 void COptionPriceTPanel::updateGreek()
 {
@@ -674,24 +717,269 @@ void COptionPriceTPanel::slotReadFinished()
     if (chainTable != nullptr && chainTable->getTableType() == PTT_RISK) {
         chainTable->updateAllTable();
     }
+    if (greeksTable != nullptr) {
+        greeksTable->refreshAll();
+    }
 }
 
 void COptionPriceTPanel::slotAutoImportExGreeksChanged()
 {
-    // The Greeks table shows its imported columns by itself once it exists.
     if (chainTable != nullptr) {
         chainTable->updateExGreeksVisible();
     }
+    if (greeksTable != nullptr) {
+        greeksTable->updateExGreeksVisible();
+    }
 }
+
+// ---- positions ----
+
+namespace {
+
+int netOf(const nqservice::CPositionStatics& record)
+{
+    const int size = static_cast<int>(record.position);  // the low 32 bits, as the board reads it
+    return record.direction == 48 ? size : -size;
+}
+
+boost::shared_ptr<nqservice::IDataCenter> dataCenter()
+{
+    const boost::shared_ptr<nqservice::TraderCenter> center = nqservice::TraderCenter::instance();
+    return center ? center->getDataCenter() : boost::shared_ptr<nqservice::IDataCenter>();
+}
+
+}  // namespace
 
 void COptionPriceTPanel::updateAccounts()
 {
-    // The account selection is rebuilt here; the accounts' positions join with their overlay.
-    if (accountCombo != nullptr) {
-        accountCombo->reload();
+    clearRequestedAccounts();
+    if (accountCombo == nullptr) {
+        return;
+    }
+    const QPair<ESelectedAccountType, QString> selection = accountCombo->getSelection();
+    {
+        // Dropped outside the lock: a callback in flight may wait for it.
+        QMap<std::string, boost::shared_ptr<nqservice::SubRequest>> dropped;
+        dropped.swap(positionSubs);
     }
     if (chainTable != nullptr) {
-        chainTable->updateOrderAccounts();  // an open order dialog lists the accounts anew
+        chainTable->clearRowCode2NetMap();
+        chainTable->updateOrderAccounts();
+    }
+    if (greeksTable != nullptr) {
+        greeksTable->clearRowCode2NetMap();
+    }
+    CUserConfig* config = getUserConfig();
+    if (config != nullptr && selection.first == SAT_GROUP && !selection.second.isEmpty()) {
+        for (const boost::shared_ptr<CAccount>& account :
+             config->getGroupAccounts(nqservice::VQ_BROKER_TYPE_STOCK_OPTION, selection.second)) {
+            if (!account || config->isAccountFilter(account->key())) {
+                continue;
+            }
+            const std::string key = account->key().toStdString();
+            addRequestedAccount(key);
+            subPositionStatics(key);
+        }
+    } else if (config != nullptr && selection.first == SAT_ACCOUNT) {
+        const boost::shared_ptr<CAccount> account = config->getAccountData(selection.second);
+        if (account) {
+            if (config->isAccountFilter(account->key())) {
+                accountCombo->setItemText(0, QString());
+            } else {
+                const std::string key = account->key().toStdString();
+                addRequestedAccount(key);
+                subPositionStatics(key);
+            }
+        }
+    }
+    if (chainTable != nullptr) {
+        chainTable->updateAllTable();
+    }
+    if (greeksTable != nullptr) {
+        greeksTable->refreshAll();
+    }
+}
+
+void COptionPriceTPanel::requestAccount(const nqservice::CAccountInfo& info)
+{
+    const std::string key = info.getKey();
+    if (accountCombo == nullptr) {
+        return;
+    }
+    CUserConfig* config = getUserConfig();
+    if (config == nullptr) {
+        return;
+    }
+    const QPair<ESelectedAccountType, QString> selection = accountCombo->getSelection();
+    if (selection.first == SAT_GROUP) {
+        const CAccountGroup* group =
+            selection.second.isEmpty() ? nullptr
+                                       : config->getAccountGroupConst(nqservice::VQ_BROKER_TYPE_STOCK_OPTION, selection.second);
+        if (group == nullptr || !group->contains(QString::fromStdString(key))) {
+            return;
+        }
+    } else if (selection.second != QString::fromStdString(key)) {
+        return;
+    }
+    if (config->isAccountFilter(QString::fromStdString(key)) || !needRequestAccount(key)) {
+        return;
+    }
+    addRequestedAccount(key);
+    subPositionStatics(key);
+    if (chainTable != nullptr) {
+        chainTable->updateAllTable();
+    }
+    if (greeksTable != nullptr) {
+        greeksTable->refreshAll();
+    }
+}
+
+void COptionPriceTPanel::subPositionStatics(const std::string& accountKey)
+{
+    const boost::shared_ptr<nqservice::IDataCenter> center = dataCenter();
+    const boost::shared_ptr<nqservice::CAccountData> data =
+        center ? center->getAccountData(utils::hash(accountKey)) : boost::shared_ptr<nqservice::CAccountData>();
+    if (!data) {
+        return;  // a later requestAccount tries again
+    }
+    positionSubs[accountKey] = data->subscribe(
+        nqservice::VQ_DATA_TYPE_POSITION_STATICS, "",
+        [this](const boost::shared_ptr<nqservice::IData>& record) { onPositionStatics(record); });
+    std::vector<boost::shared_ptr<nqservice::IData>> records;
+    data->getVector(nqservice::VQ_DATA_TYPE_POSITION_STATICS, records);
+    for (const auto& item : records) {
+        const auto* record = dynamic_cast<const nqservice::CPositionStatics*>(item.get());
+        if (record == nullptr) {
+            continue;
+        }
+        // The snapshot keys by the bare code, as the system has it: a row finds
+        // the net of a position once its first change comes by the tick.
+        const QString code = QString::fromStdString(record->code);
+        const std::string recordKey = record->getKey();
+        if (chainTable != nullptr) {
+            chainTable->updateRowCode2NetMap(code, recordKey, netOf(*record));
+        }
+        if (greeksTable != nullptr) {
+            greeksTable->updateRowCode2NetMap(code, recordKey, netOf(*record));
+        }
+    }
+}
+
+void COptionPriceTPanel::onPositionStatics(const boost::shared_ptr<nqservice::IData>& record)
+{
+    if (!record) {
+        return;
+    }
+    std::lock_guard<std::recursive_mutex> lock(dataMutex);
+    positionCache[record->getKey()] = record;
+}
+
+int COptionPriceTPanel::pendingPositionCount() const
+{
+    std::lock_guard<std::recursive_mutex> lock(dataMutex);
+    return static_cast<int>(positionCache.size());
+}
+
+void COptionPriceTPanel::updatePositionStatics(const boost::shared_ptr<nqservice::IData>& item)
+{
+    const auto* record = dynamic_cast<const nqservice::CPositionStatics*>(item.get());
+    if (record == nullptr || !record->account || accountCombo == nullptr) {
+        return;
+    }
+    CUserConfig* config = getUserConfig();
+    if (config == nullptr) {
+        return;
+    }
+    const QString accountKey = QString::fromStdString(record->account->getKey());
+    const QPair<ESelectedAccountType, QString> selection = accountCombo->getSelection();
+    if (selection.first == SAT_GROUP) {
+        const CAccountGroup* group = config->getAccountGroupConst(nqservice::VQ_BROKER_TYPE_STOCK_OPTION, selection.second);
+        if (group == nullptr || !group->contains(accountKey)) {
+            return;
+        }
+    } else if (selection.first == SAT_ACCOUNT) {
+        const boost::shared_ptr<CAccount> account = config->getAccountData(selection.second);
+        if (!account || QString::fromStdString(account->toInfo()->getKey()) != accountKey) {
+            return;
+        }
+    } else {
+        return;
+    }
+    const QString code = WG::sToQs(utils::vqStockKey(record->market, record->code));
+    const std::string recordKey = record->getKey();
+    const int net = netOf(*record);
+    if (chainTable != nullptr) {
+        chainTable->updatePositionStatics(code, recordKey, net);
+    }
+    if (greeksTable != nullptr) {
+        greeksTable->updatePositionStatics(code, recordKey, net);
+    }
+}
+
+// ---- tasks ----
+
+void COptionPriceTPanel::cancelAllTasks()
+{
+    const boost::shared_ptr<nqservice::IDataCenter> center = dataCenter();
+    const boost::shared_ptr<nqservice::IDataTable> table =
+        center ? center->getAllAccountsTable() : boost::shared_ptr<nqservice::IDataTable>();
+    if (!table) {
+        return;
+    }
+    std::vector<boost::shared_ptr<nqservice::IData>> tasks;
+    table->getVector(nqservice::VQ_DATA_TYPE_TASK, tasks);
+    CUserConfig* config = getUserConfig();
+    const std::string user = config != nullptr ? config->getUserDataString(UM_USER_NAME).toStdString() : std::string();
+    auto op = boost::make_shared<nqservice::CTaskOpRecord>();
+    op->operation = 3;
+    op->time = getTimeService() != nullptr ? getTimeService()->currentTime() : 0;
+    op->userName = user;
+    op->remark = user + "终止任务";
+    for (const auto& item : tasks) {
+        const auto task = boost::dynamic_pointer_cast<nqservice::CTaskDetail>(item);
+        if (!task || !task->owner || task->owner->traderType != nqservice::VQ_TRADER_TYPE_STOCK_OPTION ||
+            task->status != 3 || task->owner->userName != user) {
+            continue;
+        }
+        if (!task->onServer) {
+            const boost::shared_ptr<nqservice::TraderCenter> trader = nqservice::TraderCenter::instance();
+            const boost::shared_ptr<nqservice::ITaskCenter> taskCenter =
+                trader ? trader->getTaskCenter() : boost::shared_ptr<nqservice::ITaskCenter>();
+            if (const auto control = taskCenter ? taskCenter->getTask(task->taskId, task->accountId)
+                                                : boost::shared_ptr<nqservice::ITaskControl>()) {
+                control->operate(op);
+            }
+            continue;
+        }
+        COvCommandCenter* commands = utils::CManualSingletonT<COvCommandCenter>::instance();
+        if (commands == nullptr) {
+            continue;
+        }
+        const boost::shared_ptr<nqservice::CAccountInfo> account =
+            task->accounts.empty() ? boost::shared_ptr<nqservice::CAccountInfo>() : task->accounts.front().account;
+        QPointer<COptionPriceTPanel> self(this);
+        commands->operateServerTask(nqservice::CTaskHelper::genServerTaskKey(task), op, account,
+                                    [self, task, op](const utils::NQError& error, bson::BSONObj reply) {
+                                        if (self) {
+                                            self->onOperateBztTask(error, reply, task, op);
+                                        }
+                                    });
+    }
+}
+
+void COptionPriceTPanel::onOperateBztTask(const utils::NQError& error, bson::BSONObj,
+                                          const boost::shared_ptr<nqservice::CTaskDetail>& task,
+                                          const boost::shared_ptr<nqservice::CTaskOpRecord>& op)
+{
+    if (!error.isSuccess() || !task) {
+        return;  // the server refused: no word, as the client has it
+    }
+    const boost::shared_ptr<nqservice::TraderCenter> trader = nqservice::TraderCenter::instance();
+    const boost::shared_ptr<nqservice::ITaskCenter> taskCenter =
+        trader ? trader->getTaskCenter() : boost::shared_ptr<nqservice::ITaskCenter>();
+    if (const auto control = taskCenter ? taskCenter->getTask(task->taskId, task->accountId)
+                                        : boost::shared_ptr<nqservice::ITaskControl>()) {
+        control->operate(op);
     }
 }
 

@@ -7,7 +7,11 @@
 #include "board/cpricettableschema.h"
 #include "seam/cpricedata.h"
 #include "seam/cquoterequest.h"
+#include "seam/bson.h"
+#include "seam/common.h"
 #include "seam/idata.h"
+#include "seam/nqerror.h"
+#include "seam/tradingrecords.h"
 #include "seam/subrequest.h"
 #include "seam/tradingenums.h"
 #include "toolkit/itradedockablewidget.h"
@@ -38,6 +42,7 @@ namespace TC {
 
 class CAccountsComboBox;
 class CAutoImportOptionExGreeksThread;
+class COptionPriceTGreeksTable;
 class COptionPriceTTable;
 class COptionUndlCodeComboBox;
 
@@ -53,6 +58,17 @@ public:
     bool handleEvent(int event, int id, int value, QString text, void* data) override;
     void setTradeType(nqservice::EVqTraderType type) override;
     void loadAccounts() override;
+    void requestAccount(const nqservice::CAccountInfo& info) override;
+
+    // The position overlay: one account's subscription and snapshot, the
+    // callback that buffers a record, and its application on the tick.
+    void subPositionStatics(const std::string& accountKey);
+    void onPositionStatics(const boost::shared_ptr<nqservice::IData>& record);
+    void updatePositionStatics(const boost::shared_ptr<nqservice::IData>& record);
+    // The server's answer to a termination of one of the user's tasks.
+    void onOperateBztTask(const utils::NQError& error, bson::BSONObj reply,
+                          const boost::shared_ptr<nqservice::CTaskDetail>& task,
+                          const boost::shared_ptr<nqservice::CTaskOpRecord>& op);
 
     // Quote callback, on any thread: keeps the newest record of its code.
     void onTablePriceData(boost::shared_ptr<TC::CPriceData> data);
@@ -61,6 +77,9 @@ public:
 
     // Read access for the host's tests and tools.
     COptionPriceTTable* getChainTable() const { return chainTable; }
+    COptionPriceTGreeksTable* getGreeksTable() const { return greeksTable; }
+    int pendingPositionCount() const;
+    int positionSubscriptionCount() const { return positionSubs.size(); }
     COptionUndlCodeComboBox* getUndlCombo() const { return undlCombo; }
     WG::CPushButtonGroup* getDateTabs() const { return dateTabs; }
     WG::CPushButtonGroup* getModeGroup() const { return modeGroup; }
@@ -102,6 +121,8 @@ private:
     void undlChanged();
     void changeTableMode(int type);
     void quickOrderToggled(bool checked);
+    // "全撤": terminates the user's running tasks.
+    void cancelAllTasks();
     // The option map of the present trader type.
     QMap<QString, QMap<QString, QStringList>> optionMap() const;
     // The combo's current underlying key, empty without combo or item.
@@ -121,6 +142,7 @@ private:
     WG::CSimpleTextWidget* openInterestText = nullptr;
     WG::CSimpleTextWidget* amountText = nullptr;
     COptionPriceTTable* chainTable = nullptr;
+    COptionPriceTGreeksTable* greeksTable = nullptr;
     QMap<QString, boost::shared_ptr<TC::CPriceData>> priceCache;
     QMap<QString, boost::shared_ptr<TC::CQuoteRequest>> quoteRequests;
     QMap<int, QString> tabDates;

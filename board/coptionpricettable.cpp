@@ -64,6 +64,9 @@ COptionPriceTTable::COptionPriceTTable(QWidget* parent) : WG::COddEvenRowTable(1
     // A scroll of the trader's own ends the centring until the next set or underlying.
     connect(tableView()->horizontalScrollBar(), &QAbstractSlider::actionTriggered, this,
             [this](int) { strikeCentred = false; });
+    // The view narrows when its vertical bar comes: the range changes, the middle moves.
+    connect(tableView()->horizontalScrollBar(), &QAbstractSlider::rangeChanged, this,
+            [this](int, int) { centreStrikeColumn(); });
     resetTable();
 }
 
@@ -695,6 +698,48 @@ void COptionPriceTTable::slotDoOperation()
 }
 
 void COptionPriceTTable::slotSetDefaultAccount(QString accountKey) { defaultAccount = accountKey; }
+
+void COptionPriceTTable::updateRowCode2NetMap(const QString& code, const std::string& recordKey, int net)
+{
+    rowCode2Net[code].update(utils::hash(recordKey), net);
+}
+
+void COptionPriceTTable::updatePositionStatics(const QString& code, const std::string& recordKey, int net)
+{
+    updateRowCode2NetMap(code, recordKey, net);
+    int row = -1;
+    for (auto it = rowCodes.constBegin(); it != rowCodes.constEnd(); ++it) {
+        if (it.value().contains(code)) {
+            row = it.key();
+            break;
+        }
+    }
+    CExchangeClient* client = exchange();
+    const std::shared_ptr<nqservice::CInstrumentDetail> detail =
+        client != nullptr ? client->getCodeInfo(code) : nullptr;
+    if (row < 0 || !detail) {
+        return;
+    }
+    const bool call = detail->call;
+    int column = -1;
+    switch (tableType) {
+    case PTT_QUOTE:
+        column = traderType == nqservice::VQ_TRADER_TYPE_STOCK_OPTION ? (call ? 14 : 18) : (call ? 12 : 16);
+        break;
+    case PTT_TARGET:
+        column = call ? 14 : 16;
+        break;
+    case PTT_RISK:
+        column = call ? 18 : 20;
+        break;
+    case PTT_INFO:
+        column = call ? 12 : 14;
+        break;
+    default:
+        return;  // the price set has no such cell: the net shows when the set changes
+    }
+    setItemInt(row, column, rowCode2Net[code].sum(), 0, true);
+}
 
 void COptionPriceTTable::updateOrderAccounts()
 {

@@ -87,6 +87,13 @@ public:
 
     bool handleEvent(int code, int id, int arg, QString text, void* data) override;
 
+    // The net positions of the "仓差" columns, by the option's stock key and the record's key.
+    void updateRowCode2NetMap(const QString& code, const std::string& recordKey, int net);
+    void clearRowCode2NetMap() { rowCode2Net.clear(); }
+    // A share changed: the map, then that one cell.
+    void updatePositionStatics(const QString& code, const std::string& recordKey, int net);
+    int netOf(const QString& code) const { return rowCode2Net.value(code).sum(); }
+
     // The order flow: the dialog's answer, the default account, a changed account list.
     void updateOrderAccounts();
     void doOperation();

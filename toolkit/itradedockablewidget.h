@@ -10,6 +10,7 @@
 #include <QFlags>
 #include <QSize>
 
+#include <set>
 #include <string>
 
 namespace nqservice {
@@ -56,6 +57,11 @@ public:
     bool needRequestAccount(std::string key) const;
 
     TraderTypeFlags supportedTraderTypes() const { return m_supported; }
+
+    // The accounts whose data the panel asked for since it last rebuilt its selection.
+    const std::set<std::string>& requestedAccounts() const { return m_requestedAccounts; }
+    void addRequestedAccount(const std::string& key) { m_requestedAccounts.insert(key); }
+    void clearRequestedAccounts() { m_requestedAccounts.clear(); }
     int referenceCount() const { return m_references; }
 
 private:
@@ -63,6 +69,7 @@ private:
     TraderTypeFlags m_supported;
     int m_tradeType = 0;
     int m_references = 0;
+    std::set<std::string> m_requestedAccounts;
 };
 
 }  // namespace TC
