@@ -5,6 +5,7 @@
 #include "board/coptionpricettable.h"
 #include "board/coptionundlcodecombobox.h"
 #include "board/cpricetrowbuilder.h"
+#include "order/cpricetquickorderwidget.h"
 #include "seam/cexchangeclient.h"
 #include "seam/cinstrumentdetail.h"
 #include "seam/cquoteclient.h"
@@ -36,6 +37,7 @@
 #include <boost/make_shared.hpp>
 
 
+#include <algorithm>
 #include <functional>
 
 namespace TC {
@@ -203,6 +205,8 @@ void COptionPriceTPanel::createUi()
     cancelAll->setText(QStringLiteral("全撤"));
     cancelAll->setHorizontalText(true);
     toolBar->addToolItem(cancelAll);
+    quickOrderWidget = new CPriceTQuickOrderWidget(this);
+    quickOrderWidget->setVisible(false);
     mainList->addFixedWidget(toolBar, WG::WA_FILL, false);
 
     // The month tabs are rebuilt per underlying inside a strip of their own.
@@ -271,6 +275,9 @@ QString COptionPriceTPanel::param()
     if (quickOrderCheck != nullptr) {
         sections << QString::number(quickOrderCheck->isChecked() ? 1 : 0);
     }
+    if (quickOrderWidget != nullptr) {
+        sections << quickOrderWidget->param();
+    }
     return CParamString::joinSections(sections);
 }
 
@@ -294,6 +301,9 @@ void COptionPriceTPanel::setParam(const QString& param)
     }
     if (sections.size() > 2 && quickOrderCheck != nullptr) {
         quickOrderCheck->setChecked(sections.at(2).toInt() != 0);
+    }
+    if (sections.size() > 3 && quickOrderWidget != nullptr) {
+        quickOrderWidget->setParam(sections.at(3));
     }
 }
 
@@ -586,9 +596,16 @@ void COptionPriceTPanel::resizeEvent(QResizeEvent* event)
 
 void COptionPriceTPanel::resizeLayout()
 {
-    // Nothing stands beside the tables yet: the list's layout gives the splitter the panel's width.
-    if (splitter != nullptr && mainList != nullptr) {
-        splitter->setMaximumWidth(QWIDGETSIZE_MAX);
+    const int top = toolBar != nullptr ? toolBar->height() : 20;
+    if (quickOrderWidget == nullptr) {
+        return;
+    }
+    // The ladder stands on the right edge; the tables keep the rest.
+    quickOrderWidget->move(width() - quickOrderWidget->width(), top);
+    quickOrderWidget->setFixedHeight(std::max(0, height() - top));
+    const int reserved = quickOrderWidget->isHidden() ? 0 : quickOrderWidget->width() - 2;
+    if (splitter != nullptr) {
+        splitter->setFixedWidth(std::max(0, width() - reserved));
     }
 }
 
@@ -605,6 +622,11 @@ void COptionPriceTPanel::changeTableMode(int type)
 
 void COptionPriceTPanel::quickOrderToggled(bool checked)
 {
+    if (quickOrderWidget == nullptr) {
+        quickOrderWidget = new CPriceTQuickOrderWidget(this);
+    }
+    quickOrderWidget->setVisible(checked);
+    quickOrderWidget->raise();
     resizeLayout();
     if (accountCombo != nullptr) {
         accountCombo->setVisible(checked);
@@ -638,6 +660,9 @@ bool COptionPriceTPanel::handleEvent(int event, int id, int value, QString text,
     }
     if ((event == WG::UE_CELL_PRIMARY || event == WG::UE_CELL_ACTIVATED || event == WG::UE_CELL_SECONDARY) &&
         id == kChainTableId) {
+        if (quickOrderWidget != nullptr && chainTable != nullptr) {
+            quickOrderWidget->setStockCode(chainTable->getSelectStockCode(value, text.toInt()));
+        }
         return true;
     }
     if (event == WG::UE_CHECK_TOGGLED && id == kQuickOrderCheckId) {
@@ -792,12 +817,30 @@ void COptionPriceTPanel::updateAccounts()
             }
         }
     }
+    if (quickOrderWidget != nullptr) {
+        quickOrderWidget->setAccounts(requestedAccountInfos(),
+                                      selection.first == SAT_GROUP ? selection.second : QString());
+    }
     if (chainTable != nullptr) {
         chainTable->updateAllTable();
     }
     if (greeksTable != nullptr) {
         greeksTable->refreshAll();
     }
+}
+
+std::map<std::string, boost::shared_ptr<nqservice::CAccountInfo>> COptionPriceTPanel::requestedAccountInfos() const
+{
+    std::map<std::string, boost::shared_ptr<nqservice::CAccountInfo>> infos;
+    CUserConfig* config = getUserConfig();
+    for (const std::string& key : requestedAccounts()) {
+        const boost::shared_ptr<CAccount> account =
+            config != nullptr ? config->getAccountData(QString::fromStdString(key)) : boost::shared_ptr<CAccount>();
+        if (account) {
+            infos[key] = account->toInfo();
+        }
+    }
+    return infos;
 }
 
 void COptionPriceTPanel::requestAccount(const nqservice::CAccountInfo& info)
@@ -826,6 +869,10 @@ void COptionPriceTPanel::requestAccount(const nqservice::CAccountInfo& info)
     }
     addRequestedAccount(key);
     subPositionStatics(key);
+    if (quickOrderWidget != nullptr) {
+        quickOrderWidget->setAccounts(requestedAccountInfos(),
+                                      selection.first == SAT_GROUP ? selection.second : QString());
+    }
     if (chainTable != nullptr) {
         chainTable->updateAllTable();
     }

@@ -43,6 +43,7 @@ namespace TC {
 class CAccountsComboBox;
 class CAutoImportOptionExGreeksThread;
 class COptionPriceTGreeksTable;
+class CPriceTQuickOrderWidget;
 class COptionPriceTTable;
 class COptionUndlCodeComboBox;
 
@@ -78,6 +79,7 @@ public:
     // Read access for the host's tests and tools.
     COptionPriceTTable* getChainTable() const { return chainTable; }
     COptionPriceTGreeksTable* getGreeksTable() const { return greeksTable; }
+    CPriceTQuickOrderWidget* getQuickOrderWidget() const { return quickOrderWidget; }
     int pendingPositionCount() const;
     int positionSubscriptionCount() const { return positionSubs.size(); }
     COptionUndlCodeComboBox* getUndlCombo() const { return undlCombo; }
@@ -121,6 +123,8 @@ private:
     void undlChanged();
     void changeTableMode(int type);
     void quickOrderToggled(bool checked);
+    // The requested accounts as the ladder takes them.
+    std::map<std::string, boost::shared_ptr<nqservice::CAccountInfo>> requestedAccountInfos() const;
     // "全撤": terminates the user's running tasks.
     void cancelAllTasks();
     // The option map of the present trader type.
@@ -148,6 +152,7 @@ private:
     QMap<int, QString> tabDates;
     boost::shared_ptr<TC::CQuoteRequest> undlRequest;
     nqservice::EVqTraderType traderType = nqservice::VQ_TRADER_TYPE_STOCK_OPTION;
+    CPriceTQuickOrderWidget* quickOrderWidget = nullptr;
     CAccountsComboBox* accountCombo = nullptr;
     mutable std::recursive_mutex dataMutex;
     WG::CCheckBox* quickOrderCheck = nullptr;

@@ -5,6 +5,7 @@
 #include "board/coptionpricetgreekstable.h"
 #include "board/coptionpricetpanel.h"
 #include "board/coptionpricettable.h"
+#include "order/cpricetquickorderwidget.h"
 #include "order/orderfakes.h"
 #include "seam/trading.h"
 #include "seam/uievents.h"
@@ -252,7 +253,7 @@ TEST_F(PositionOverlay, TheAccountCombosChoiceRebuildsTheSubscriptions)
     const int before = accounts["SO002"]->subscriptions;
     selectAccount(QStringLiteral("SO002"));
     EXPECT_EQ(panel->positionSubscriptionCount(), 1);
-    EXPECT_EQ(accounts["SO002"]->subscriptions, before + 1);
+    EXPECT_EQ(accounts["SO002"]->subscriptions, before + 2) << "the board's overlay and the ladder's figures";
     EXPECT_EQ(panel->requestedAccounts(), (std::set<std::string>{"SO002"}));
 }
 
@@ -335,9 +336,10 @@ TEST_F(PositionOverlay, TheSavedStringCarriesTheGreeksTableAndTheQuickOrderCheck
 {
     panel->getQuickOrderCheck()->setChecked(true);
     const QStringList sections = panel->param().split(QLatin1Char('|'));
-    ASSERT_EQ(sections.size(), 3);
+    ASSERT_EQ(sections.size(), 4);
     EXPECT_EQ(sections.at(1), greeksTable()->saveConfigStr());
     EXPECT_EQ(sections.at(2), QStringLiteral("1"));
+    EXPECT_EQ(sections.at(3), panel->getQuickOrderWidget()->param());
     TC::COptionPriceTPanel again(8, nullptr);
     again.setParam(panel->param());
     EXPECT_TRUE(again.getQuickOrderCheck()->isChecked());
