@@ -9,6 +9,7 @@
 #include "seam/userrecords.h"
 #include "seam/tradingenums.h"
 #include "seam/uievents.h"
+#include "toolkit/caccountscombobox.h"
 #include "toolkit/cstylesheetcenter.h"
 #include "toolkit/cuiresource.h"
 #include "toolkit/itradedockablewidget.h"
@@ -136,6 +137,10 @@ void CDeskWindow::restore(const QString& themeOverride)
         docked.panel->setParam(layout.panelParams.value(docked.name));
         if (QComboBox* selector = underlyingSelector(docked.panel)) {
             selectUnderlying(selector, layout.underlyings.value(docked.name, m_defaultUnderlying));
+        }
+        // The boards start on the paper user's group, so "仓差" counts its accounts without the ladder.
+        for (TC::CAccountsComboBox* accounts : docked.panel->findChildren<TC::CAccountsComboBox*>()) {
+            accounts->setSelection(TC::SAT_GROUP, m_defaultGroup);
         }
     }
     if (!layout.geometry.isEmpty()) {

@@ -85,6 +85,8 @@ private:
     QStringList m_notices;
     // The underlying a board shows when the layout names none.
     QString m_defaultUnderlying = QStringLiteral("510050.SH");
+    // The account group a board shows positions of at start.
+    QString m_defaultGroup = QStringLiteral("默认组");
     QLabel* m_statusText = nullptr;
     QLabel* m_marketText = nullptr;
     std::function<void()> m_hostTick;

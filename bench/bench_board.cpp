@@ -5,6 +5,8 @@
 #include "board/coptionpricetpanel.h"
 #include "board/coptionpricettable.h"
 #include "board/coptionundlcodecombobox.h"
+#include "seam/tradingrecords.h"
+#include "toolkit/caccountscombobox.h"
 #include "seam/calculator.h"
 #include "seam/cexchangeclient.h"
 #include "seam/ctimeservice.h"
@@ -153,6 +155,45 @@ void BM_TickAllContracts(benchmark::State& state)
     state.counters["shownRows"] = static_cast<double>(rig.panel->getChainTable()->getRowCodes().size());
 }
 BENCHMARK(BM_TickAllContracts)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// A tick with N buffered position records of the paper group over 50ETF's
+// contracts and a quote for every contract, the Greeks table included: each
+// quote and each position rewrites its sums. Work outside painting.
+void BM_TickWithPositions(benchmark::State& state)
+{
+    CBoardRig rig;
+    rig.panel->getAccountCombo()->setSelection(TC::SAT_GROUP, QStringLiteral("默认组"));
+    const int records = static_cast<int>(state.range(0));
+    std::vector<boost::shared_ptr<nqservice::IData>> positions;
+    for (int i = 0; i < records; ++i) {
+        auto record = boost::make_shared<nqservice::CPositionStatics>();
+        record->account = boost::make_shared<nqservice::CAccountInfo>();
+        record->account->accountId = i % 2 == 0 ? "SO001" : "SO002";
+        const QString key = rig.codes.at(i % rig.codes.size());
+        record->market = "SH";
+        record->code = key.section(QLatin1Char('.'), 0, 0).toStdString();
+        record->position = 1 + i % 7;
+        record->direction = i % 3 == 0 ? 49 : 48;
+        positions.push_back(record);
+    }
+    bool first = true;
+    for (auto _ : state) {
+        state.PauseTiming();
+        rig.buffer(first);
+        first = !first;
+        for (const auto& record : positions) {
+            rig.panel->onPositionStatics(record);
+        }
+        state.ResumeTiming();
+        rig.panel->onTimer(TC::TUF_QUOTE);
+        state.PauseTiming();
+        QCoreApplication::processEvents();
+        state.ResumeTiming();
+    }
+    state.counters["records"] = records;
+    state.counters["contracts"] = static_cast<double>(rig.codes.size());
+}
+BENCHMARK(BM_TickWithPositions)->Arg(20)->Arg(200)->Unit(benchmark::kMillisecond);
 
 // Ten thousand ticks, each with fresh quotes of every contract: the widget
 // count, the button lists made and the resident memory must not grow.

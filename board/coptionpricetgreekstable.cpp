@@ -66,6 +66,7 @@ void COptionPriceTGreeksTable::setInstrument(QMap<QString, QStringList> dates)
     totalRow = appendRow();
     setItemText(totalRow, 0, QStringLiteral("合计"), true);
     refreshAll();
+    adjustColumnWidth();  // the dates and sums are known now
 }
 
 void COptionPriceTGreeksTable::foldRow(int row, const boost::shared_ptr<TC::CPriceData>& data)

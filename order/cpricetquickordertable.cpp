@@ -24,7 +24,11 @@ CPriceTQuickOrderTable::CPriceTQuickOrderTable(QWidget* parent) : WG::COddEvenRo
         setColumnHeader(column, QString::fromUtf8(headers[column]));
     }
     tableView()->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    adjustColumnWidth();
+    // Widths for the ladder's 267 pixels: prices of four decimals and volumes of five digits.
+    const int widths[] = {50, 44, 56, 44, 50};
+    for (int column = 0; column < 5; ++column) {
+        setColumnWidth(column, widths[column]);
+    }
     // No sorting, moving or menu on a ladder; the last column takes the width left.
     setFlag((flag() & WG::EBaseTableFlags(0xFFDFFFD6)) | WG::EBaseTableFlags(0x800));
     setFlag(flag() & ~WG::EBaseTableFlags(0x2));

@@ -4,6 +4,13 @@
 #include "board/coptionpricetpanel.h"
 #include "board/coptionpricettable.h"
 #include "board/coptionundlcodecombobox.h"
+#include "board/coptionpricetgreekstable.h"
+#include "order/coptionorderdialog.h"
+#include "order/cpricetquickordertable.h"
+#include "order/cpricetquickorderwidget.h"
+#include "seam/uievents.h"
+#include "toolkit/caccountscombobox.h"
+#include "toolkit/ccheckbox.h"
 #include "seam/common.h"
 #include "support/testsupport.h"
 #include "toolkit/cuiresource.h"
@@ -15,6 +22,7 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QImage>
+#include <QPainter>
 #include <QTemporaryDir>
 
 namespace {
@@ -162,4 +170,47 @@ TEST_F(DeskOnMarket, TheCommodityOptionsHaveABoardOfTheirOwnKeptWithItsOwnLayout
     EXPECT_EQ(stock->getChainTable()->saveConfigStr(), stockLayout);
     EXPECT_EQ(future->getChainTable()->columnWidth(3), 91);
     EXPECT_EQ(stock->getChainTable()->columnWidth(5), 93);
+}
+
+TEST_F(DeskOnMarket, TheBoardStartsOnTheGroupAndTheLadderFollowsAClickedContract)
+{
+    desk::CDeskWindow window(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+    window.restore(QStringLiteral("dark"));
+    window.resize(1440, 900);
+    window.show();
+    TC::COptionPriceTPanel* board = boardOf(window, QStringLiteral("pricet"));
+    ASSERT_NE(board, nullptr);
+    const auto selection = board->getAccountCombo()->getSelection();
+    EXPECT_EQ(selection.first, TC::SAT_GROUP);
+    EXPECT_EQ(selection.second, QStringLiteral("默认组"));
+    ASSERT_TRUE(testsupport::waitUntil([&] { return board->getChainTable()->rowCount() > 0; }, 5000));
+    ASSERT_NE(board->getGreeksTable(), nullptr);
+    EXPECT_GT(board->getGreeksTable()->rowCount(), 1) << "a row per expiry and 合计";
+
+    board->getQuickOrderCheck()->setChecked(true);
+    TC::CPriceTQuickOrderWidget* ladder = board->getQuickOrderWidget();
+    ASSERT_NE(ladder, nullptr);
+    EXPECT_TRUE(ladder->isVisible());
+    EXPECT_TRUE(board->getAccountCombo()->isVisible());
+    const int row = 0;
+    const QString code = board->getChainTable()->getSelectStockCode(row, 15);
+    board->handleEvent(WG::UE_CELL_PRIMARY, 1000, row, QStringLiteral("15"), nullptr);
+    EXPECT_EQ(ladder->currentCode(), code);
+    ASSERT_TRUE(testsupport::waitUntil([&] { return !ladder->getPriceTable()->priceToRow.isEmpty(); }, 3000))
+        << "the ladder stands on the contract's market";
+    if (const char* keep = std::getenv("OPTDESK_KEEP_SCREENSHOTS")) {
+        testsupport::waitUntil([] { return false; }, 600);
+        window.grab().save(QDir(QString::fromLocal8Bit(keep)).filePath(QStringLiteral("desk-ladder.png")));
+        board->getChainTable()->handleEvent(WG::UE_BUTTON_CLICKED, 2 * 100 + 4, 0, QString(), nullptr);
+        testsupport::waitUntil([] { return false; }, 300);
+        if (QWidget* dialog = board->getChainTable()->getOrderDialog()) {
+            dialog->move(window.mapToGlobal(QPoint(420, 260)));
+            testsupport::waitUntil([] { return false; }, 300);
+            QPixmap picture = window.grab();
+            QPainter painter(&picture);
+            painter.drawPixmap(420, 260, dialog->grab());
+            painter.end();
+            picture.save(QDir(QString::fromLocal8Bit(keep)).filePath(QStringLiteral("desk-dialog.png")));
+        }
+    }
 }
