@@ -48,6 +48,10 @@ COptionPriceTGreeksTable::~COptionPriceTGreeksTable() = default;
 void COptionPriceTGreeksTable::clearTable()
 {
     clear();
+    upToDate = false;
+    shown.clear();
+    sums.clear();
+    dirty.clear();
     rowDates.clear();
     dateCodes.clear();
     greekSums.clear();
@@ -79,9 +83,14 @@ void COptionPriceTGreeksTable::foldRow(int row, const boost::shared_ptr<TC::CPri
     const unsigned long long h = utils::hash(key);
     const int net = rowCode2Net.value(code).sum();
     std::map<int, utils::TStringMapSum<double>>& sums = greekSums[row];
+    auto share = [this, row, h, &sums](int column, double value) {
+        if (sums[column].change(h, value)) {
+            dirty.insert({row, column});
+        }
+    };
     if (net == 0) {
         for (int column : {1, 3, 5, 7, 2, 4, 6, 8}) {
-            sums[column].update(h, 0.0);
+            share(column, 0.0);
         }
         return;
     }
@@ -93,21 +102,21 @@ void COptionPriceTGreeksTable::foldRow(int row, const boost::shared_ptr<TC::CPri
     const boost::shared_ptr<nqservice::GreekAndOptionsCalculator> calculator =
         nqservice::GreekAndOptionsCalculator::instance();
     if (calculator && calculator->calcGreeks(key, value, false, true)) {
-        sums[1].update(h, net * value.delta);
-        sums[3].update(h, net * value.gamma);
-        sums[5].update(h, net * value.theta);
-        sums[7].update(h, net * value.vega);
+        share(1, net * value.delta);
+        share(3, net * value.gamma);
+        share(5, net * value.theta);
+        share(7, net * value.vega);
     }
     CUserConfig* config = getUserConfig();
     const auto ex = config != nullptr ? config->getOptionExGreeks(code)
                                       : boost::shared_ptr<nqservice::COptionExGreeksVolatility>();
     if (ex) {
         // An absent Greek of the record adds nothing rather than a huge marker.
-        auto share = [net](double greek) { return utils::isAbsent(greek) ? 0.0 : net * greek; };
-        sums[2].update(h, share(ex->exDelta));
-        sums[4].update(h, share(ex->exGamma));
-        sums[6].update(h, share(ex->exTheta));
-        sums[8].update(h, share(ex->exVega));
+        auto times = [net](double greek) { return utils::isAbsent(greek) ? 0.0 : net * greek; };
+        share(2, times(ex->exDelta));
+        share(4, times(ex->exGamma));
+        share(6, times(ex->exTheta));
+        share(8, times(ex->exVega));
     }
 }
 
@@ -115,23 +124,44 @@ void COptionPriceTGreeksTable::showSums()
 {
     const int flags = CPriceTRowBuilder::segmentedFlags();
     std::map<int, utils::TStringMapSum<double>> totals;
+    // Every quote shows every sum: a cell whose value and format stand as last
+    // written is left alone, so a tick costs the sums that moved.
+    auto show = [this, flags](int row, int column, double value) {
+        const Shown wanted{value, flags};
+        auto it = shown.find({row, column});
+        if (it != shown.end() && it->second.value == wanted.value && it->second.flags == wanted.flags) {
+            return;
+        }
+        shown[{row, column}] = wanted;
+        setItemDouble(row, column, value, 4, flags, true);
+    };
+    if (dirty.empty() && upToDate) {
+        return;  // no share moved since the last show: the cells stand as they are
+    }
+    // A sum is added up again only when one of its shares changed.
+    for (const auto& cell : dirty) {
+        sums[cell] = greekSums[cell.first][cell.second].sum();
+    }
+    dirty.clear();
     for (const auto& row : greekSums) {
         for (const auto& column : row.second) {
-            const double value = column.second.sum();
-            setItemDouble(row.first, column.first, value, 4, flags, true);
+            const double value = sums[{row.first, column.first}];
+            show(row.first, column.first, value);
             totals[column.first].update(static_cast<unsigned long long>(row.first), value);
         }
     }
     if (totalRow >= 0) {
         for (const auto& column : totals) {
-            setItemDouble(totalRow, column.first, column.second.sum(), 4, flags, true);
+            show(totalRow, column.first, column.second.sum());
         }
     }
+    upToDate = true;
     QWidget::update();
 }
 
 void COptionPriceTGreeksTable::refreshAll()
 {
+    upToDate = false;
     // The rows of the dates, and the total row kept after them: it is written on every show.
     setRowCount(static_cast<int>(rowDates.size()) + (totalRow >= 0 ? 1 : 0));
     if (totalRow >= 0) {

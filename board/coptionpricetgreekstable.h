@@ -17,6 +17,8 @@
 #include <boost/shared_ptr.hpp>
 
 #include <map>
+#include <set>
+#include <utility>
 #include <string>
 
 namespace TC {
@@ -65,6 +67,17 @@ private:
     std::map<int, std::map<int, utils::TStringMapSum<double>>> greekSums;
     QMap<QString, utils::TStringMapSum<int>> rowCode2Net;
     int totalRow = -1;
+    // What each sum cell shows now, by (row, column).
+    struct Shown {
+        double value;
+        int flags;
+    };
+    std::map<std::pair<int, int>, Shown> shown;
+    // The sum of each (row, column) as last added up, and those whose shares changed since.
+    std::map<std::pair<int, int>, double> sums;
+    std::set<std::pair<int, int>> dirty;
+    // The cells show every sum as it stands.
+    bool upToDate = false;
 };
 
 }  // namespace TC

@@ -52,14 +52,21 @@ double clockMSec();
 template <typename T>
 class TStringMapSum {
 public:
-    void update(unsigned long long key, T value)
+    void update(unsigned long long key, T value) { change(key, value); }
+    // As update; true when the key's share was new or different, so a caller
+    // can tell whether the sum moved.
+    bool change(unsigned long long key, T value)
     {
         auto it = m_values.find(key);
         if (it == m_values.end()) {
             m_values.emplace(key, value);
-        } else {
-            it->second = value;
+            return true;
         }
+        if (it->second == value) {
+            return false;
+        }
+        it->second = value;
+        return true;
     }
     void remove(unsigned long long key) { m_values.erase(key); }
     void clear() { m_values.clear(); }
