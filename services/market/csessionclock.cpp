@@ -4,6 +4,7 @@
 #include "seam/marketenums.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace market {
 
@@ -59,6 +60,23 @@ int secondsLeft(const Span (&spans)[N], int second)
 
 int secondOfDay(const QDateTime& time) { return time.time().msecsSinceStartOfDay() / 1000; }
 
+// Weekdays the SSE, SZSE and DCE stay closed, as yyyymmdd, sorted. 2023 and 2026
+// follow the State Council's holiday notices; 2027 is laid out from the lunar
+// calendar the same way until its notice is out.
+const int kHolidays[] = {
+    // 2023: New Year, Spring Festival, Qingming, Labour Day, Dragon Boat, Mid-Autumn and National Day
+    20230102, 20230123, 20230124, 20230125, 20230126, 20230127, 20230405, 20230501, 20230502, 20230503,
+    20230622, 20230623, 20230929, 20231002, 20231003, 20231004, 20231005, 20231006,
+    // 2026
+    20260101, 20260102, 20260216, 20260217, 20260218, 20260219, 20260220, 20260223, 20260406, 20260501,
+    20260504, 20260505, 20260619, 20260925, 20261001, 20261002, 20261005, 20261006, 20261007,
+    // 2027 (Spring Festival on 6 February)
+    20270101, 20270205, 20270208, 20270209, 20270210, 20270211, 20270405, 20270503, 20270504, 20270505,
+    20270609, 20270915, 20271001, 20271004, 20271005, 20271006, 20271007,
+};
+
+constexpr int kNightAuctionStart = hm(20, 55);
+
 }  // namespace
 
 bool CSessionClock::isStockMarket(const std::string& market)
@@ -68,7 +86,22 @@ bool CSessionClock::isStockMarket(const std::string& market)
 
 bool CSessionClock::isTradingDay(const QDate& date)
 {
-    return date.isValid() && date.dayOfWeek() <= 5;
+    return date.isValid() && date.dayOfWeek() <= 5 && !isHoliday(date);
+}
+
+bool CSessionClock::isHoliday(const QDate& date)
+{
+    const int key = date.year() * 10000 + date.month() * 100 + date.day();
+    return std::binary_search(std::begin(kHolidays), std::end(kHolidays), key);
+}
+
+QDate CSessionClock::tradingDayOf(const std::string& market, const QDateTime& exchangeLocal)
+{
+    const QDate date = exchangeLocal.date();
+    if (!isStockMarket(market) && secondOfDay(exchangeLocal) >= kNightAuctionStart) {
+        return nextTradingDay(date);
+    }
+    return date;
 }
 
 QDate CSessionClock::nextTradingDay(const QDate& date)

@@ -27,9 +27,14 @@ public:
     static int sessionSeconds(const std::string& market);
 
     static bool isStockMarket(const std::string& market);
-    // Weekdays; the exchanges' holiday calendar is not modelled.
+    // Weekdays that are not the exchanges' public holidays (tables for 2023,
+    // 2026 and 2027; other years close only at weekends).
     static bool isTradingDay(const QDate& date);
+    static bool isHoliday(const QDate& date);
     static QDate nextTradingDay(const QDate& date);
+    // The trading day a time belongs to: the commodity exchanges' night session
+    // (from the 20:55 call auction on) counts for the next trading day.
+    static QDate tradingDayOf(const std::string& market, const QDateTime& exchangeLocal);
 };
 
 }  // namespace market

@@ -130,7 +130,7 @@ private:
 
         const std::vector<QDate> months = CUniverseBuilder::listedMonths(m_date);
         for (std::size_t m = 0; m < months.size(); ++m) {
-            const QDate expiry = CUniverseBuilder::fourthWednesday(months[m].year(), months[m].month());
+            const QDate expiry = CUniverseBuilder::etfOptionExpiry(months[m].year(), months[m].month());
             // Far months were listed long ago and the price has wandered since:
             // their ladders reach further. A month first listed today is newly listed.
             const int extraUp = uniformInt(0, 2 + static_cast<int>(m));
@@ -156,7 +156,7 @@ private:
             if (m < 2) {
                 const QDate previous = months[0].addMonths(static_cast<int>(m) - 2);
                 listed = CSessionClock::nextTradingDay(
-                    CUniverseBuilder::fourthWednesday(previous.year(), previous.month()));
+                    CUniverseBuilder::etfOptionExpiry(previous.year(), previous.month()));
             }
             const double years = std::max(1.0, static_cast<double>(m_date.daysTo(expiry)) + 1.0) / 365.0;
             const double atmVol = fund->historyVolatility * uniform(0.95, 1.15);
@@ -328,10 +328,16 @@ QDate CUniverseBuilder::fourthWednesday(int year, int month)
     return day.addDays(toWednesday + 21);
 }
 
+QDate CUniverseBuilder::etfOptionExpiry(int year, int month)
+{
+    const QDate wednesday = fourthWednesday(year, month);
+    return CSessionClock::isTradingDay(wednesday) ? wednesday : CSessionClock::nextTradingDay(wednesday);
+}
+
 std::vector<QDate> CUniverseBuilder::listedMonths(const QDate& tradingDate)
 {
     QDate first(tradingDate.year(), tradingDate.month(), 1);
-    if (tradingDate > fourthWednesday(first.year(), first.month())) {
+    if (tradingDate > etfOptionExpiry(first.year(), first.month())) {
         first = first.addMonths(1);
     }
     std::vector<QDate> months{first, first.addMonths(1)};

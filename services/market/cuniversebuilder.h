@@ -23,6 +23,9 @@ public:
     // The exchanges' rules, public for tests and for the market model.
     // Expiry of an ETF option month: its fourth Wednesday.
     static QDate fourthWednesday(int year, int month);
+    // Last trading day of an ETF option month: its fourth Wednesday, or the next
+    // trading day when a holiday closes the exchange on it.
+    static QDate etfOptionExpiry(int year, int month);
     // The four listed months of ETF options on a date: this month (the next one
     // once this month's contracts have expired), the next month, and the next two
     // quarter months after it. Each entry is the first day of the month.

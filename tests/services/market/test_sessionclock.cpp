@@ -165,3 +165,37 @@ TEST(StockOptionStatus, HasChineseItemNames)
 }
 
 }  // namespace
+
+TEST(TradingCalendar, SpringFestivalWeekHasNoSession)
+{
+    // 2026: closed from Monday 16 to Monday 23 February, open again on the 24th.
+    for (QDate day(2026, 2, 16); day <= QDate(2026, 2, 23); day = day.addDays(1)) {
+        EXPECT_FALSE(CSessionClock::isTradingDay(day)) << day.toString(Qt::ISODate).toStdString();
+        EXPECT_EQ(CSessionClock::phaseAt("SH", QDateTime(day, QTime(10, 0))), TC::TP_NOT_TRADING);
+        EXPECT_EQ(CSessionClock::remainingSeconds("SH", QDateTime(day, QTime(9, 0))), 0);
+    }
+    EXPECT_TRUE(CSessionClock::isTradingDay(QDate(2026, 2, 13)));
+    EXPECT_EQ(CSessionClock::nextTradingDay(QDate(2026, 2, 13)), QDate(2026, 2, 24));
+}
+
+TEST(TradingCalendar, NationalDayAndOrdinaryWeekends)
+{
+    EXPECT_EQ(CSessionClock::nextTradingDay(QDate(2026, 9, 30)), QDate(2026, 10, 8));
+    EXPECT_EQ(CSessionClock::nextTradingDay(QDate(2027, 9, 30)), QDate(2027, 10, 8));
+    EXPECT_EQ(CSessionClock::nextTradingDay(QDate(2026, 11, 20)), QDate(2026, 11, 23));
+    EXPECT_TRUE(CSessionClock::isTradingDay(QDate(2026, 11, 25)));
+    EXPECT_FALSE(CSessionClock::isTradingDay(QDate(2026, 11, 22)));
+    EXPECT_FALSE(CSessionClock::isHoliday(QDate(2026, 11, 22)));
+    EXPECT_TRUE(CSessionClock::isHoliday(QDate(2027, 2, 10)));
+}
+
+TEST(TradingCalendar, NightSessionBelongsToTheNextTradingDay)
+{
+    // A Friday night's quote is dated Monday; before a holiday, the day after it.
+    EXPECT_EQ(CSessionClock::tradingDayOf("DCE", QDateTime(QDate(2026, 11, 20), QTime(21, 30))), QDate(2026, 11, 23));
+    EXPECT_EQ(CSessionClock::tradingDayOf("DCE", QDateTime(QDate(2026, 11, 24), QTime(20, 55))), QDate(2026, 11, 25));
+    EXPECT_EQ(CSessionClock::tradingDayOf("DCE", QDateTime(QDate(2026, 11, 24), QTime(14, 0))), QDate(2026, 11, 24));
+    EXPECT_EQ(CSessionClock::tradingDayOf("DCE", QDateTime(QDate(2026, 9, 30), QTime(22, 0))), QDate(2026, 10, 8));
+    // The stock exchanges have no night session.
+    EXPECT_EQ(CSessionClock::tradingDayOf("SH", QDateTime(QDate(2026, 11, 24), QTime(21, 30))), QDate(2026, 11, 24));
+}

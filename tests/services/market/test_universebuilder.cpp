@@ -324,3 +324,16 @@ TEST(UniverseSeed, SameSeedSameUniverseOtherSeedOtherPrices)
 }
 
 }  // namespace
+
+TEST(EtfOptionExpiry, MovesToTheNextTradingDayWhenAHolidayFallsOnIt)
+{
+    // The fourth Wednesday of January 2023 fell in the Spring Festival closure.
+    EXPECT_EQ(CUniverseBuilder::fourthWednesday(2023, 1), QDate(2023, 1, 25));
+    EXPECT_EQ(CUniverseBuilder::etfOptionExpiry(2023, 1), QDate(2023, 1, 30));
+    EXPECT_EQ(CUniverseBuilder::etfOptionExpiry(2026, 11), QDate(2026, 11, 25));
+    // The January month stays listed until its moved expiry has passed.
+    const std::vector<QDate> months = CUniverseBuilder::listedMonths(QDate(2023, 1, 30));
+    ASSERT_FALSE(months.empty());
+    EXPECT_EQ(months.front(), QDate(2023, 1, 1));
+    EXPECT_EQ(CUniverseBuilder::listedMonths(QDate(2023, 1, 31)).front(), QDate(2023, 2, 1));
+}
