@@ -1054,7 +1054,8 @@ PaperResult CPaperBrokerCore::onClock(long long epochMs)
             matchBook(key, result);
         }
     }
-    const bool valueNow = m_now - m_lastRevalue >= 1000;
+    // Positions are valued again every few seconds: each valuation is a commit and a publication.
+    const bool valueNow = m_now - m_lastRevalue >= 5000;
     if (valueNow) {
         m_lastRevalue = m_now;
     }
