@@ -5,6 +5,7 @@
 #include "app/cdeskservices.h"
 #include "app/cdeskwindow.h"
 #include "board/coptionpricetpanel.h"
+#include "board/coptionpricetgreekstable.h"
 #include "board/coptionpricettable.h"
 #include "order/coptionorderdialog.h"
 #include "order/cpricetquickordertable.h"
@@ -19,6 +20,7 @@
 #include "seam/trading.h"
 #include "seam/uievents.h"
 #include "services/trading/cpaperbroker.h"
+#include "services/user/cusersettingsstore.h"
 #include "support/testsupport.h"
 #include "toolkit/cmessagebox.h"
 #include "toolkit/cuiresource.h"
@@ -119,9 +121,11 @@ protected:
 
     // Presses the row's "开" of buying the call, sets a limit at the limit-up
     // (marketable: it fills at the book's asks) and confirms.
-    void buyCall(int volume)
+    void buyCall(int volume) { orderCall(4, volume, true); }
+    // The same with the button of an operation (2 sells to open) and the limit of its side.
+    void orderCall(int operationIndex, int volume, bool buy)
     {
-        table->handleEvent(WG::UE_BUTTON_CLICKED, row * 100 + 4, 0, QString(), nullptr);
+        table->handleEvent(WG::UE_BUTTON_CLICKED, row * 100 + operationIndex, 0, QString(), nullptr);
         TC::COptionOrderDialog* dialog = table->getOrderDialog();
         ASSERT_NE(dialog, nullptr);
         ASSERT_TRUE(dialog->isVisible());
@@ -131,7 +135,7 @@ protected:
         WG::CComboBox* types = dialog->getPriceTypeCombo();
         ASSERT_GE(types->findData(11), 0) << "the price types are there at the first press";
         types->setCurrentIndex(types->findData(11));
-        dialog->getPriceEdit()->setText(QString::number(quote->upStopPrice, 'f', 4));
+        dialog->getPriceEdit()->setText(QString::number(buy ? quote->upStopPrice : quote->downStopPrice, 'f', 4));
         dialog->getVolumeCell()->setInt(volume);
         dialog->handleEvent(WG::UE_SPIN_CHANGED, TC::COptionOrderDialog::ID_VOLUME_CELL, 0, QString(), nullptr);
         dialog->handleEvent(WG::UE_BUTTON_CLICKED, TC::COptionOrderDialog::ID_ORDER_BUTTON, 0, QString(), nullptr);
@@ -159,6 +163,33 @@ TEST_F(PaperOrders, TheFirstPressOrdersAndTheOrderFillsOnPaper)
     // The board stands on the group: its 仓差 column nets both accounts, live.
     EXPECT_TRUE(testsupport::waitUntil([&] { return table->itemText(row, 14) == QStringLiteral("2"); }, 5000))
         << table->itemText(row, 14).toStdString();
+}
+
+TEST_F(PaperOrders, BuyThreeSellOneNetsTwoOnTheBoardAndInTheGreeksPane)
+{
+    buyCall(3);
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] { return positionOf("SO001", call->code) + positionOf("SO002", call->code) == 3; }, 10000));
+    orderCall(2, 1, false);  // sell to open one
+    ASSERT_TRUE(testsupport::waitUntil([&] { return table->itemText(row, 14) == QStringLiteral("2"); }, 10000))
+        << "long 3 and short 1 net 2: " << table->itemText(row, 14).toStdString();
+    // With a delta of 0.5 imported for the contract, the pane's imported delta of its expiry is 2 x 0.5.
+    auto* store = dynamic_cast<TC::CUserSettingsStore*>(TC::getUserConfig());
+    ASSERT_NE(store, nullptr);
+    TC::OptionExGreeksMap imported;
+    auto ex = boost::make_shared<nqservice::COptionExGreeksVolatility>();
+    ex->code = call->key();
+    ex->exDelta = 0.5;
+    imported.insert(QString::fromStdString(call->key()), ex);
+    store->replaceOptionExGreeks(imported);
+    TC::COptionPriceTGreeksTable* greeks = board->getGreeksTable();
+    greeks->refreshAll();
+    EXPECT_EQ(greeks->itemText(0, 2), QStringLiteral("1.0000"));
+    EXPECT_EQ(greeks->itemText(greeks->getTotalRow(), 2), QStringLiteral("1.0000"));
+    // The calculated delta of a call held net long is positive and below the net.
+    const double calculated = greeks->itemText(0, 1).toDouble();
+    EXPECT_GT(calculated, 0.0);
+    EXPECT_LT(calculated, 2.0);
 }
 
 TEST_F(PaperOrders, TheLadderOrdersOverTheGroupByWeightAndCancelsByPrice)
