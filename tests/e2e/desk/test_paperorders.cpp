@@ -225,6 +225,16 @@ TEST_F(PaperOrders, TheLadderOrdersOverTheGroupByWeightAndCancelsByPrice)
         },
         5000));
     EXPECT_TRUE(testsupport::waitUntil([&] { return ladder->workingVolume(price, true) == 0; }, 5000));
+
+    // A buy ten rows above the best bid crosses the asks: it fills and the group's long figure moves.
+    EXPECT_EQ(ladder->positionText(0), QStringLiteral("0"));
+    const int crossRow = std::max(0, ladderTable->bestBidRow - 10);
+    ladder->handleEvent(WG::UE_CELL_SECONDARY, 0, crossRow, QStringLiteral("1"), &left);
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] { return positionOf("SO001", call->code) + positionOf("SO002", call->code) == 3; }, 10000))
+        << "the crossing click filled";
+    EXPECT_TRUE(testsupport::waitUntil([&] { return ladder->positionText(0) == QStringLiteral("3"); }, 5000))
+        << ladder->positionText(0).toStdString();
 }
 
 TEST_F(PaperOrders, OverTheLimitNoSendsNothingAndYesIsFilledInSlices)
