@@ -3,6 +3,7 @@
 #include "services/trading/paperfixture.h"
 
 #include "seam/tradinghelpers.h"
+#include "services/trading/cdesktradeclient.h"
 #include "services/trading/cpaperaccountdata.h"
 #include "services/trading/cpaperbroker.h"
 #include "services/trading/cpapercommandcenter.h"
@@ -323,6 +324,50 @@ TEST_F(PaperBroker, TheTradingSeamAnswersFromTheBooks)
     data->getVector(nqservice::VQ_DATA_TYPE_POSITION_STATICS, positions);
     EXPECT_EQ(positions.size(), 2u);
     EXPECT_EQ(data->getCanOrderVolume("SH", "10000001", nqservice::OT_SELL_CLOSE, 49, 0.1, 0, nqservice::PT_FIX, 0), 2.0);
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(PaperBroker, TheTradeClientCancelsAndAnswersVolumeRequestsThroughTheBroker)
+{
+    auto broker = makeBroker();
+    trading::CDeskTradeClient client;
+    client.setBroker(broker.get());
+    broker->submit(command({order(so, kCall, nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.0900, 2)}));
+    broker->flush();
+    auto orders = table(*broker, nqservice::VQ_DATA_TYPE_ORDER, so);
+    ASSERT_EQ(orders.size(), 1u);
+    const auto working = boost::dynamic_pointer_cast<nqservice::COrderDetail>(orders.front());
+    QString message;
+    client.cancelOrder(working, message, 0, QString(), nullptr);
+    EXPECT_TRUE(message.isEmpty()) << message.toStdString();
+    broker->flush();
+    orders = table(*broker, nqservice::VQ_DATA_TYPE_ORDER, so);
+    const auto cancelled = boost::dynamic_pointer_cast<nqservice::COrderDetail>(orders.front());
+    EXPECT_EQ(cancelled->status, nqservice::OS_CANCELLED);
+    client.cancelOrder(cancelled, message, 0, QString(), nullptr);
+    EXPECT_EQ(message, QStringLiteral("委托已完成, 无法撤单"));
+
+    // A volume request answers on the broker's thread, into the table the caller keeps.
+    TC::CStockRequestParam param;
+    param.accounts = {"SO001"};
+    param.market = "SH";
+    param.code = "10000001";
+    param.priceType = nqservice::PT_FIX;
+    param.price = 0.1000;
+    param.operationType = nqservice::OT_COVERED_OPEN;
+    std::atomic<long long> answered{-1};
+    param.callback = [&](std::string account, long long volume) {
+        EXPECT_EQ(account, "SO001");
+        answered = volume;
+    };
+    boost::shared_ptr<TC::StockSubTable> volumes;
+    ASSERT_TRUE(client.requestStockVolume(param, volumes));
+    broker->flush();
+    EXPECT_EQ(answered.load(), 10) << "100,000 shares of 50ETF cover ten calls";
+    EXPECT_EQ(volumes->stockKey(), kCall);
 }
 
 }  // namespace
