@@ -991,21 +991,19 @@ void CPaperBrokerCore::beginDay(int tradingDay, PaperResult& out)
             }
         }
         // Yesterday's finished orders and deals leave the day's tables.
-        for (const auto& order : account.orders) {
+        auto remove = [&](int dataType, const boost::shared_ptr<nqservice::IData>& record) {
             PaperChange change;
-            change.dataType = nqservice::VQ_DATA_TYPE_ORDER;
+            change.dataType = dataType;
             change.accountKey = entry.first;
-            change.record = order.second->copy();
+            change.record = record;
             change.removed = true;
             out.changes.push_back(std::move(change));
+        };
+        for (const auto& order : account.orders) {
+            remove(nqservice::VQ_DATA_TYPE_ORDER, order.second->copy());
         }
         for (const auto& deal : account.deals) {
-            PaperChange change;
-            change.dataType = nqservice::VQ_DATA_TYPE_QUICK_ORDER;
-            change.accountKey = entry.first;
-            change.record = deal.second->copy();
-            change.removed = true;
-            out.changes.push_back(std::move(change));
+            remove(nqservice::VQ_DATA_TYPE_QUICK_ORDER, deal.second->copy());
         }
         account.orders.clear();
         account.deals.clear();

@@ -7,6 +7,7 @@
 #include "seam/trading.h"
 #include "seam/user.h"
 #include "services/trading/cpaperbroker.h"
+#include "e2e/desk/paperdesk.h"
 #include "support/testsupport.h"
 
 #include <gtest/gtest.h>
@@ -17,48 +18,7 @@
 
 namespace {
 
-boost::shared_ptr<nqservice::CAccountData> accountData(const std::string& key)
-{
-    const auto center = nqservice::TraderCenter::instance();
-    return center ? center->getDataCenter()->getAccountData(utils::hash(key)) : nullptr;
-}
-
-boost::shared_ptr<nqservice::CPositionStatics> positionOf(const std::string& account, const std::string& code, int direction)
-{
-    const auto data = accountData(account);
-    if (!data) {
-        return nullptr;
-    }
-    std::vector<boost::shared_ptr<nqservice::IData>> rows;
-    data->getVector(nqservice::VQ_DATA_TYPE_POSITION_STATICS, rows);
-    for (const auto& row : rows) {
-        const auto pos = boost::dynamic_pointer_cast<nqservice::CPositionStatics>(row);
-        if (pos && pos->code == code && pos->direction == direction) {
-            return pos;
-        }
-    }
-    return nullptr;
-}
-
-// The at-the-money 50ETF call of the nearest month.
-std::shared_ptr<nqservice::CInstrumentDetail> atTheMoneyCall()
-{
-    TC::CExchangeClient* exchange = utils::CManualSingletonT<TC::CExchangeClient>::instance();
-    QMap<QString, QMap<QString, QStringList>> chains;
-    exchange->getStockOptionMap(chains);
-    const auto months = chains.value(QStringLiteral("510050.SH"));
-    const auto etf = exchange->getCodeInfo(QStringLiteral("510050.SH"));
-    std::shared_ptr<nqservice::CInstrumentDetail> best;
-    for (const QString& key : months.first()) {
-        const auto detail = exchange->getCodeInfo(key);
-        if (detail && detail->call && !detail->adjusted &&
-            (!best || std::fabs(detail->exercisePrice - etf->preClosePrice) <
-                          std::fabs(best->exercisePrice - etf->preClosePrice))) {
-            best = detail;
-        }
-    }
-    return best;
-}
+using namespace paperdesk;
 
 std::unique_ptr<desk::CDeskServices> startDesk(const QString& dir)
 {
@@ -93,14 +53,8 @@ TEST(PaperDesk, AnOrderFillsShowsAndSurvivesARestart)
         EXPECT_GT(call->getDoubleField(3007), 2000.0);
         EXPECT_LT(call->getDoubleField(3007), 6000.0);
 
-        auto param = boost::make_shared<nqservice::CCodeOrderParam>();
-        param->account = accountData("SO001")->getAccountInfo();
-        param->operationType = nqservice::OT_BUY_OPEN;
-        param->stockInfo.market = call->market;
-        param->stockInfo.code = call->code;
-        param->priceType = nqservice::PT_OPPONENT;
-        param->volume = 3;
-        std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>> params = {param};
+        std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>> params = {
+            opponentOrder("SO001", *call, nqservice::OT_BUY_OPEN, 3)};
         TC::COvCommandCenter* commands = utils::CManualSingletonT<TC::COvCommandCenter>::instance();
         ASSERT_NE(commands, nullptr);
         ASSERT_TRUE(commands->createCommand(nqservice::VQ_TRADER_TYPE_STOCK_OPTION, nqservice::VQ_HEDGE_TYPE_NONE,
@@ -117,9 +71,7 @@ TEST(PaperDesk, AnOrderFillsShowsAndSurvivesARestart)
         avgPrice = pos->avgPrice;
         available = accountData("SO001")->getAccountDetail()->availableFunds;
         EXPECT_LT(available, desk::CDeskServices::openingCash(nqservice::VQ_BROKER_TYPE_STOCK_OPTION));
-        std::vector<boost::shared_ptr<nqservice::IData>> deals;
-        accountData("SO001")->getVector(nqservice::VQ_DATA_TYPE_QUICK_ORDER, deals);
-        EXPECT_FALSE(deals.empty());
+        EXPECT_FALSE(rows<nqservice::CDealDetail>("SO001", nqservice::VQ_DATA_TYPE_QUICK_ORDER).empty());
     }
     EXPECT_FALSE(nqservice::TraderCenter::instance());
     {
@@ -139,15 +91,8 @@ TEST(PaperDesk, TheKillSwitchRefusesNewCommands)
     auto services = startDesk(dir.path());
     services->setTradingHalted(true);
     const auto call = atTheMoneyCall();
-    auto param = boost::make_shared<nqservice::CCodeOrderParam>();
-    param->account = accountData("SO001")->getAccountInfo();
-    param->operationType = nqservice::OT_BUY_OPEN;
-    param->stockInfo.market = call->market;
-    param->stockInfo.code = call->code;
-    param->priceType = nqservice::PT_OPPONENT;
-    param->volume = 1;
     auto command = boost::make_shared<nqservice::COrderComandParam>();
-    command->params = {param};
+    command->params = {opponentOrder("SO001", *call, nqservice::OT_BUY_OPEN, 1)};
     std::string refusal;
     std::atomic<bool> answered{false};
     services->broker()->submit(*command, [&](const std::string&, const std::string& why) {

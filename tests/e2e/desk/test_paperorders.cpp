@@ -21,6 +21,7 @@
 #include "seam/uievents.h"
 #include "services/trading/cpaperbroker.h"
 #include "services/user/cusersettingsstore.h"
+#include "e2e/desk/paperdesk.h"
 #include "support/testsupport.h"
 #include "toolkit/cmessagebox.h"
 #include "toolkit/cuiresource.h"
@@ -36,39 +37,13 @@
 
 namespace {
 
+using namespace paperdesk;
+
 std::vector<boost::shared_ptr<nqservice::COrderDetail>> ordersOf(const std::string& account)
 {
-    std::vector<boost::shared_ptr<nqservice::COrderDetail>> out;
-    const auto center = nqservice::TraderCenter::instance();
-    const auto data = center ? center->getDataCenter()->getAccountData(utils::hash(account)) : nullptr;
-    if (!data) {
-        return out;
-    }
-    std::vector<boost::shared_ptr<nqservice::IData>> rows;
-    data->getVector(nqservice::VQ_DATA_TYPE_ORDER, rows);
-    for (const auto& row : rows) {
-        out.push_back(boost::dynamic_pointer_cast<nqservice::COrderDetail>(row));
-    }
-    return out;
+    return rows<nqservice::COrderDetail>(account, nqservice::VQ_DATA_TYPE_ORDER);
 }
 
-long long positionOf(const std::string& account, const std::string& code)
-{
-    const auto center = nqservice::TraderCenter::instance();
-    const auto data = center ? center->getDataCenter()->getAccountData(utils::hash(account)) : nullptr;
-    if (!data) {
-        return 0;
-    }
-    std::vector<boost::shared_ptr<nqservice::IData>> rows;
-    data->getVector(nqservice::VQ_DATA_TYPE_POSITION_STATICS, rows);
-    for (const auto& row : rows) {
-        const auto pos = boost::dynamic_pointer_cast<nqservice::CPositionStatics>(row);
-        if (pos->code == code && pos->direction == '0') {
-            return pos->position;
-        }
-    }
-    return 0;
-}
 
 class PaperOrders : public testing::Test {
 protected:
@@ -99,24 +74,6 @@ protected:
         window.reset();
         services.reset();
         utils::CSingletonT<WG::CUiResource>::destroy();
-    }
-
-    std::shared_ptr<nqservice::CInstrumentDetail> atTheMoneyCall()
-    {
-        TC::CExchangeClient* exchange = utils::CManualSingletonT<TC::CExchangeClient>::instance();
-        QMap<QString, QMap<QString, QStringList>> chains;
-        exchange->getStockOptionMap(chains);
-        const auto etf = exchange->getCodeInfo(QStringLiteral("510050.SH"));
-        std::shared_ptr<nqservice::CInstrumentDetail> best;
-        for (const QString& key : chains.value(QStringLiteral("510050.SH")).first()) {
-            const auto detail = exchange->getCodeInfo(key);
-            if (detail && detail->call && !detail->adjusted &&
-                (!best || std::fabs(detail->exercisePrice - etf->preClosePrice) <
-                              std::fabs(best->exercisePrice - etf->preClosePrice))) {
-                best = detail;
-            }
-        }
-        return best;
     }
 
     // Presses the row's "开" of buying the call, sets a limit at the limit-up
@@ -157,7 +114,7 @@ TEST_F(PaperOrders, TheFirstPressOrdersAndTheOrderFillsOnPaper)
 {
     buyCall(2);
     ASSERT_TRUE(testsupport::waitUntil(
-        [&] { return positionOf("SO001", call->code) + positionOf("SO002", call->code) == 2; }, 10000))
+        [&] { return volumeOf("SO001", call->code) + volumeOf("SO002", call->code) == 2; }, 10000))
         << "the order reached the broker and filled";
     EXPECT_EQ(allOrders(), 1u);
     // The board stands on the group: its 仓差 column nets both accounts, live.
@@ -169,7 +126,7 @@ TEST_F(PaperOrders, BuyThreeSellOneNetsTwoOnTheBoardAndInTheGreeksPane)
 {
     buyCall(3);
     ASSERT_TRUE(testsupport::waitUntil(
-        [&] { return positionOf("SO001", call->code) + positionOf("SO002", call->code) == 3; }, 10000));
+        [&] { return volumeOf("SO001", call->code) + volumeOf("SO002", call->code) == 3; }, 10000));
     orderCall(2, 1, false);  // sell to open one
     ASSERT_TRUE(testsupport::waitUntil([&] { return table->itemText(row, 14) == QStringLiteral("2"); }, 10000))
         << "long 3 and short 1 net 2: " << table->itemText(row, 14).toStdString();
@@ -231,7 +188,7 @@ TEST_F(PaperOrders, TheLadderOrdersOverTheGroupByWeightAndCancelsByPrice)
     const int crossRow = std::max(0, ladderTable->bestBidRow - 10);
     ladder->handleEvent(WG::UE_CELL_SECONDARY, 0, crossRow, QStringLiteral("1"), &left);
     ASSERT_TRUE(testsupport::waitUntil(
-        [&] { return positionOf("SO001", call->code) + positionOf("SO002", call->code) == 3; }, 10000))
+        [&] { return volumeOf("SO001", call->code) + volumeOf("SO002", call->code) == 3; }, 10000))
         << "the crossing click filled";
     EXPECT_TRUE(testsupport::waitUntil([&] { return ladder->positionText(0) == QStringLiteral("3"); }, 5000))
         << ladder->positionText(0).toStdString();
