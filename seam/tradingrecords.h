@@ -408,6 +408,8 @@ public:
     int taskId = 0;
     std::string taskName;
     std::string serverTaskId;
+    std::vector<std::string> orderIds;  // the orders it sent, "account|orderId"
+    std::string message;                // how it ended, UTF-8
 
     std::string getKey() const override { return std::to_string(accountId) + "|" + std::to_string(taskId); }
 
@@ -422,6 +424,8 @@ public:
         visit("taskId", "任务编号", self.taskId, fieldProps({FP_KEY}));
         visit("taskName", "任务名称", self.taskName);
         visit("serverTaskId", "服务端编号", self.serverTaskId);
+        visit("orderIds", "委托", self.orderIds);
+        visit("message", "说明", self.message);
     }
 };
 

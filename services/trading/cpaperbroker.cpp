@@ -93,7 +93,7 @@ bool CPaperBroker::start(QString* report)
         std::lock_guard<std::mutex> mirror(m_mirrorMutex);
         for (const std::string& key : m_core->accountKeys()) {
             for (int type : {nqservice::VQ_DATA_TYPE_ORDER, nqservice::VQ_DATA_TYPE_QUICK_ORDER,
-                             nqservice::VQ_DATA_TYPE_POSITION_STATICS}) {
+                             nqservice::VQ_DATA_TYPE_POSITION_STATICS, nqservice::VQ_DATA_TYPE_TASK}) {
                 auto& table = m_mirror[{key, type}];
                 for (const auto& record : m_core->table(key, type)) {
                     table[record->getKey()] = record;
@@ -175,6 +175,32 @@ void CPaperBroker::cancel(const std::string& accountKey, const std::string& orde
             PaperResult result = core.cancel(accountKey, orderId);
             if (!result.accepted()) {
                 result.refusal = "撤单失败: " + result.refusal;
+            }
+            return result;
+        },
+        std::move(done));
+}
+
+void CPaperBroker::terminateTask(int accountId, int taskId, const std::string& userName, CommandDone done)
+{
+    post(
+        [=](CPaperBrokerCore& core) {
+            PaperResult result = core.terminateTask(accountId, taskId, userName);
+            if (!result.accepted()) {
+                result.refusal = "终止任务失败: " + result.refusal;
+            }
+            return result;
+        },
+        std::move(done));
+}
+
+void CPaperBroker::terminateTask(const std::string& serverKey, const std::string& userName, CommandDone done)
+{
+    post(
+        [=](CPaperBrokerCore& core) {
+            PaperResult result = core.terminateTask(serverKey, userName);
+            if (!result.accepted()) {
+                result.refusal = "终止任务失败: " + result.refusal;
             }
             return result;
         },
@@ -441,6 +467,32 @@ void CPaperBroker::getVector(const std::string& accountKey, int dataType,
     for (const auto& entry : it->second) {
         out.push_back(entry.second->copy());
     }
+}
+
+void CPaperBroker::getTasks(std::vector<boost::shared_ptr<nqservice::IData>>& out)
+{
+    out.clear();
+    std::lock_guard<std::mutex> lock(m_mirrorMutex);
+    for (const auto& table : m_mirror) {
+        if (table.first.second == nqservice::VQ_DATA_TYPE_TASK) {
+            for (const auto& entry : table.second) {
+                out.push_back(entry.second->copy());
+            }
+        }
+    }
+}
+
+bool CPaperBroker::hasTask(int accountId, int taskId)
+{
+    std::vector<boost::shared_ptr<nqservice::IData>> tasks;
+    getTasks(tasks);
+    for (const auto& record : tasks) {
+        const auto task = boost::dynamic_pointer_cast<nqservice::CTaskDetail>(record);
+        if (task && task->accountId == accountId && task->taskId == taskId) {
+            return true;
+        }
+    }
+    return false;
 }
 
 boost::shared_ptr<nqservice::SubRequest> CPaperBroker::subscribe(const std::string& accountKey, int dataType,

@@ -65,6 +65,9 @@ public:
     void submit(const nqservice::COrderComandParam& command, CommandDone done = CommandDone());
     void cancel(const std::string& accountKey, const std::string& orderId, CommandDone done = CommandDone());
     void feedQuote(const boost::shared_ptr<TC::CPriceData>& quote);
+    // Stops a running task by (account number, task number) or by its server key.
+    void terminateTask(int accountId, int taskId, const std::string& userName, CommandDone done = CommandDone());
+    void terminateTask(const std::string& serverKey, const std::string& userName, CommandDone done = CommandDone());
     // Moves the broker's time (tests without a clock).
     void step(long long epochMs);
     void setLoggedIn(const std::string& accountKey, bool loggedIn);
@@ -83,6 +86,10 @@ public:
     std::vector<std::string> accountKeys() const;
     boost::shared_ptr<nqservice::CAccountInfo> accountInfo(const std::string& accountKey) const;
     void getVector(const std::string& accountKey, int dataType, std::vector<boost::shared_ptr<nqservice::IData>>& out);
+    // The tasks of all accounts.
+    void getTasks(std::vector<boost::shared_ptr<nqservice::IData>>& out);
+    // Whether a task of that (account number, task number) is known.
+    bool hasTask(int accountId, int taskId);
     // Calls back for each new or changed record of the table, on the broker's
     // thread. filter "" takes all, else a stock key or a code. Dropping the handle ends it.
     boost::shared_ptr<nqservice::SubRequest> subscribe(const std::string& accountKey, int dataType,

@@ -141,6 +141,8 @@ struct CPaperBrokerCore::Working {
     double frozenPerUnit = 0.0;  // money held per contract still working
     double marginPerUnit = 0.0;  // margin a sell to open takes per contract
     double unitFee = 0.0;
+    bool released = true;  // false while a paced slice waits for its turn
+    int sliceOf = 0;       // the order of the command it is a slice of
 
     std::string key() const { return accountKey + "|" + order->orderId; }
     std::string stockKey() const { return utils::vqStockKey(detail->market, detail->code); }
@@ -152,11 +154,19 @@ struct CPaperBrokerCore::Working {
         b.append("fee", unitFee);
         b.append("limit", limit);
         b.append("market", market);
+        b.append("released", released);
         return b.obj();
     }
 };
 
 // What a command asks of one account, added up over its orders.
+// A command the broker runs in parts: split over accounts, or an order above
+// the largest one sent as slices one after the other.
+struct CPaperBrokerCore::Task {
+    boost::shared_ptr<nqservice::CTaskDetail> record;
+    std::string accountKey;  // the first account, under which the record is kept
+};
+
 struct CPaperBrokerCore::Need {
     double money = 0.0;
     std::map<std::string, long long> close;  // position key -> contracts (ETF key -> shares)
@@ -531,26 +541,93 @@ PaperResult CPaperBrokerCore::submit(const nqservice::COrderComandParam& command
             result.refusal = "委托参数为空";
             return result;
         }
+        const std::size_t before = orders.size();
         const std::string why = check(*param, command.traderType, needs, orders);
+        for (std::size_t i = before; i < orders.size(); ++i) {
+            orders[i].sliceOf = static_cast<int>(&param - &command.params.front());
+        }
         if (!why.empty()) {
             result.refusal = param->stockInfo.code.empty() ? why : param->stockInfo.code + " " + why;
             return result;
         }
     }
     result.commandId = padded('C', ++m_commandSeq);
+    // Split commands run as tasks: over accounts every order goes out at once,
+    // the slices of one order one after the other.
+    std::set<std::string> accountsOfCommand;
+    bool sliced = false;
+    for (const Working& work : orders) {
+        accountsOfCommand.insert(work.accountKey);
+    }
+    std::vector<bool> waits(orders.size(), false);
+    for (std::size_t i = 1; i < orders.size(); ++i) {
+        // A slice follows a slice of the same order: same account, instrument and operation.
+        const Working& a = orders[i - 1];
+        const Working& b = orders[i];
+        if (a.sliceOf == b.sliceOf) {
+            waits[i] = true;
+            sliced = true;
+        }
+    }
+    Task* task = nullptr;
+    if (sliced || accountsOfCommand.size() > 1) {
+        auto created = std::make_unique<Task>();
+        created->accountKey = orders.front().accountKey;
+        auto record = boost::make_shared<nqservice::CTaskDetail>();
+        record->taskId = static_cast<int>(++m_taskSeq);
+        record->accountId = accountNumber(created->accountKey);
+        record->status = nqservice::TS_RUNNING;
+        record->onServer = !sliced;
+        record->serverTaskId = record->onServer ? padded('T', record->taskId) : std::string();
+        record->taskName = sliced ? "拆单" : "分仓";
+        auto owner = boost::make_shared<nqservice::CTaskOwner>();
+        owner->userName = command.params.front()->userName;
+        owner->traderType = command.traderType;
+        record->owner = owner;
+        std::map<std::string, long long> volumes;
+        for (const Working& work : orders) {
+            volumes[work.accountKey] += work.order->volume;
+        }
+        for (const auto& entry : volumes) {
+            nqservice::CTaskAccount member;
+            member.account = findAccount(entry.first)->info;
+            member.volume = entry.second;
+            record->accounts.push_back(member);
+        }
+        created->record = record;
+        task = created.get();
+        m_tasks[record->taskId] = std::move(created);
+    }
     std::vector<std::string> accepted;
-    for (Working& work : orders) {
+    for (std::size_t i = 0; i < orders.size(); ++i) {
+        Working& work = orders[i];
         work.order->commandId = result.commandId;
+        if (waits[i]) {
+            work.released = false;
+        }
         accept(work, result);
+        if (!work.released) {
+            auto& order = *m_working.at(work.key())->order;
+            order.status = nqservice::OS_PENDING;
+            emitOrder(*m_working.at(work.key()), result);
+        }
         accepted.push_back(work.key());
+        if (task != nullptr) {
+            task->record->orderIds.push_back(work.key());
+        }
+    }
+    if (task != nullptr) {
+        emitTask(*task, result);
     }
     // Continuous trading fills what crosses at once; call auctions match at their end.
     for (const std::string& key : accepted) {
         auto found = m_working.find(key);
-        if (found != m_working.end() && phaseOf(found->second->detail->market) == TC::TP_CONTINUOUS) {
+        if (found != m_working.end() && found->second->released &&
+            phaseOf(found->second->detail->market) == TC::TP_CONTINUOUS) {
             tryFill(*found->second, result);
         }
     }
+    settleTasks(result);
     for (auto& entry : m_accounts) {
         revalue(*entry.second, result, false);
     }
@@ -604,6 +681,9 @@ void CPaperBrokerCore::reindex(const std::string& stockKey)
     work.bestSell = -1.0;
     for (const std::string& key : work.orders) {
         const Working& w = *m_working.at(key);
+        if (!w.released) {
+            continue;
+        }
         if (w.op.buy) {
             work.bestBuy = std::max(work.bestBuy, w.limit);
         } else if (work.bestSell < 0.0 || w.limit < work.bestSell) {
@@ -649,7 +729,7 @@ void CPaperBrokerCore::matchBook(const std::string& stockKey, PaperResult& out)
     const std::vector<std::string> keys = it->second.orders;
     for (const std::string& key : keys) {
         auto found = m_working.find(key);
-        if (found != m_working.end()) {
+        if (found != m_working.end() && found->second->released) {
             tryFill(*found->second, out);
         }
     }
@@ -896,6 +976,7 @@ PaperResult CPaperBrokerCore::cancel(const std::string& accountKey, const std::s
         }
     }
     finish(work, nqservice::OS_CANCELLED, "已撤单", result);
+    settleTasks(result);
     revalue(*account, result, false);
     return result;
 }
@@ -914,6 +995,9 @@ PaperResult CPaperBrokerCore::onQuote(const boost::shared_ptr<const TC::CPriceDa
     }
     if (phaseOf(quote->market) == TC::TP_CONTINUOUS && m_byInstrument.count(key)) {
         matchBook(key, result);
+        if (!result.changes.empty()) {
+            settleTasks(result);
+        }
         for (auto& entry : m_accounts) {
             revalue(*entry.second, result, false);
         }
@@ -936,7 +1020,7 @@ void CPaperBrokerCore::auctionMatch(bool stockMarket, PaperResult& out)
         }
         Working& work = *it->second;
         const auto quote = book(work.stockKey());
-        if (!quote) {
+        if (!quote || !work.released) {
             continue;
         }
         // The auction's price: its indicative mark, else the last trade.
@@ -979,6 +1063,17 @@ void CPaperBrokerCore::beginDay(int tradingDay, PaperResult& out)
         return;
     }
     endOfDay(out);
+    settleTasks(out);
+    // Yesterday's tasks have ended with their orders; they leave the task table.
+    for (auto it = m_tasks.begin(); it != m_tasks.end();) {
+        PaperChange change;
+        change.dataType = nqservice::VQ_DATA_TYPE_TASK;
+        change.accountKey = it->second->accountKey;
+        change.record = it->second->record->copy();
+        change.removed = true;
+        out.changes.push_back(std::move(change));
+        it = m_tasks.erase(it);
+    }
     for (auto& entry : m_accounts) {
         Account& account = *entry.second;
         account.boughtToday.clear();
@@ -1053,6 +1148,8 @@ PaperResult CPaperBrokerCore::onClock(long long epochMs)
         }
     }
     // Positions are valued again every few seconds: each valuation is a commit and a publication.
+    releaseSlices(result);
+    settleTasks(result);
     const bool valueNow = m_now - m_lastRevalue >= 5000;
     if (valueNow) {
         m_lastRevalue = m_now;
@@ -1202,6 +1299,13 @@ std::vector<boost::shared_ptr<nqservice::IData>> CPaperBrokerCore::table(const s
     case nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL:
         rows.push_back(funds(accountKey));
         break;
+    case nqservice::VQ_DATA_TYPE_TASK:
+        for (const auto& entry : m_tasks) {
+            if (entry.second->accountKey == accountKey) {
+                rows.push_back(entry.second->record->copy());
+            }
+        }
+        break;
     default:
         break;
     }
@@ -1270,9 +1374,150 @@ long long CPaperBrokerCore::availableVolume(const std::string& accountKey, const
     return std::max(0LL, volume);
 }
 
+int CPaperBrokerCore::accountNumber(const std::string& accountKey) const
+{
+    int number = 1;
+    for (const auto& entry : m_accounts) {
+        if (entry.first == accountKey) {
+            return number;
+        }
+        ++number;
+    }
+    return 0;
+}
+
+void CPaperBrokerCore::emitTask(const Task& task, PaperResult& out) const
+{
+    PaperChange change;
+    change.dataType = nqservice::VQ_DATA_TYPE_TASK;
+    change.accountKey = task.accountKey;
+    change.record = task.record->copy();
+    out.changes.push_back(std::move(change));
+}
+
+void CPaperBrokerCore::releaseSlices(PaperResult& out)
+{
+    // Paced slices: the next one of each running task goes to the book once the
+    // previous one is there, at most one a step and one every 500 ms.
+    if (m_now - m_lastRelease < 500) {
+        return;
+    }
+    for (auto& entry : m_tasks) {
+        Task& task = *entry.second;
+        if (task.record->status != nqservice::TS_RUNNING) {
+            continue;
+        }
+        for (const std::string& key : task.record->orderIds) {
+            auto found = m_working.find(key);
+            if (found == m_working.end() || found->second->released) {
+                continue;
+            }
+            Working& work = *found->second;
+            if (!acceptsOrders(phaseOf(work.detail->market))) {
+                break;
+            }
+            work.released = true;
+            work.order->status = nqservice::OS_WORKING;
+            work.order->updateTime = m_now;
+            const std::string stockKey = work.stockKey();
+            reindex(stockKey);
+            emitOrder(work, out);
+            if (phaseOf(work.detail->market) == TC::TP_CONTINUOUS) {
+                tryFill(work, out);
+            }
+            m_lastRelease = m_now;
+            break;
+        }
+    }
+}
+
+void CPaperBrokerCore::settleTasks(PaperResult& out)
+{
+    for (auto& entry : m_tasks) {
+        Task& task = *entry.second;
+        if (task.record->status != nqservice::TS_RUNNING) {
+            continue;
+        }
+        bool done = true;
+        for (const std::string& key : task.record->orderIds) {
+            if (m_working.count(key)) {
+                done = false;
+                break;
+            }
+        }
+        if (done) {
+            task.record->status = nqservice::TS_FINISHED;
+            task.record->message = "任务已完成";
+            emitTask(task, out);
+        }
+    }
+}
+
+PaperResult CPaperBrokerCore::stopTask(Task& task, const std::string& userName)
+{
+    PaperResult result;
+    if (task.record->owner && !userName.empty() && task.record->owner->userName != userName) {
+        result.refusal = "不能终止其他用户的任务";
+        return result;
+    }
+    if (task.record->status != nqservice::TS_RUNNING && task.record->status != nqservice::TS_PAUSED) {
+        result.refusal = "任务已结束";
+        return result;
+    }
+    for (const std::string& key : task.record->orderIds) {
+        auto found = m_working.find(key);
+        if (found != m_working.end()) {
+            finish(*found->second, nqservice::OS_CANCELLED, "任务已终止, 已撤单", result);
+        }
+    }
+    task.record->status = nqservice::TS_STOPPED;
+    task.record->message = "任务已终止";
+    emitTask(task, result);
+    for (auto& entry : m_accounts) {
+        revalue(*entry.second, result, false);
+    }
+    return result;
+}
+
+PaperResult CPaperBrokerCore::terminateTask(int accountId, int taskId, const std::string& userName)
+{
+    auto it = m_tasks.find(taskId);
+    if (it == m_tasks.end() || it->second->record->accountId != accountId) {
+        PaperResult result;
+        result.refusal = "任务不存在";
+        return result;
+    }
+    return stopTask(*it->second, userName);
+}
+
+PaperResult CPaperBrokerCore::terminateTask(const std::string& serverKey, const std::string& userName)
+{
+    for (auto& entry : m_tasks) {
+        if (nqservice::CTaskHelper::genServerTaskKey(*entry.second->record) == serverKey) {
+            return stopTask(*entry.second, userName);
+        }
+    }
+    PaperResult result;
+    result.refusal = "任务不存在";
+    return result;
+}
+
+std::vector<boost::shared_ptr<nqservice::IData>> CPaperBrokerCore::tasks() const
+{
+    std::vector<boost::shared_ptr<nqservice::IData>> rows;
+    for (const auto& entry : m_tasks) {
+        rows.push_back(entry.second->record->copy());
+    }
+    return rows;
+}
+
 std::map<std::string, long long> CPaperBrokerCore::meta() const
 {
-    return {{"orderSeq", m_orderSeq}, {"dealSeq", m_dealSeq}, {"commandSeq", m_commandSeq}, {"tradingDay", m_tradingDay}};
+    return {{"orderSeq", m_orderSeq},
+            {"dealSeq", m_dealSeq},
+            {"commandSeq", m_commandSeq},
+            {"taskSeq", m_taskSeq},
+            {"tradingDay", m_tradingDay}};
 }
 
 void CPaperBrokerCore::setMeta(const std::map<std::string, long long>& values)
@@ -1284,6 +1529,7 @@ void CPaperBrokerCore::setMeta(const std::map<std::string, long long>& values)
     m_orderSeq = std::max(m_orderSeq, get("orderSeq", 0));
     m_dealSeq = std::max(m_dealSeq, get("dealSeq", 0));
     m_commandSeq = std::max(m_commandSeq, get("commandSeq", 0));
+    m_taskSeq = std::max(m_taskSeq, get("taskSeq", 0));
     m_tradingDay = static_cast<int>(get("tradingDay", m_tradingDay));
 }
 
@@ -1323,6 +1569,15 @@ void CPaperBrokerCore::restore(int dataType, const std::string& accountKey, cons
         account->deals[deal->dealId] = deal;
         break;
     }
+    case nqservice::VQ_DATA_TYPE_TASK: {
+        auto task = std::make_unique<Task>();
+        task->record = boost::make_shared<nqservice::CTaskDetail>();
+        task->record->bsonValueFromObj(record, true, nullptr);
+        task->accountKey = accountKey;
+        m_taskSeq = std::max<long long>(m_taskSeq, task->record->taskId);
+        m_tasks[task->record->taskId] = std::move(task);
+        break;
+    }
     case nqservice::VQ_DATA_TYPE_ORDER: {
         auto order = boost::make_shared<nqservice::COrderDetail>();
         order->bsonValueFromObj(record, true, nullptr);
@@ -1344,6 +1599,7 @@ void CPaperBrokerCore::restore(int dataType, const std::string& accountKey, cons
         work->unitFee = extra.getField("fee").numberDouble();
         work->limit = extra.getField("limit").numberDouble();
         work->market = extra.getField("market").trueValue();
+        work->released = !extra.hasField("released") || extra.getField("released").trueValue();
         m_working[key] = std::move(work);
         break;
     }

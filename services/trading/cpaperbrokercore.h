@@ -66,6 +66,10 @@ public:
     // Checks the whole command, then accepts every order of it or none.
     PaperResult submit(const nqservice::COrderComandParam& command);
     PaperResult cancel(const std::string& accountKey, const std::string& orderId);
+    // Stops a running task of the user and cancels what it has working. By the
+    // task's (account number, task number), or by its server key.
+    PaperResult terminateTask(int accountId, int taskId, const std::string& userName);
+    PaperResult terminateTask(const std::string& serverKey, const std::string& userName);
     // The newest snapshot of an instrument: the book that orders fill against.
     PaperResult onQuote(const boost::shared_ptr<const TC::CPriceData>& quote);
     // Moves the broker's time: auctions end, the close cancels what still works,
@@ -87,6 +91,8 @@ public:
     // The margin of one short contract with the broker's markup, at the previous settlement.
     double marginPerContract(const nqservice::CInstrumentDetail& option) const;
     int workingOrderCount() const { return static_cast<int>(m_working.size()); }
+    // Copies of the tasks of all accounts (table 541).
+    std::vector<boost::shared_ptr<nqservice::IData>> tasks() const;
     boost::shared_ptr<const TC::CPriceData> book(const std::string& stockKey) const;
 
     // --- restoring from the ledger --------------------------------------------
@@ -102,6 +108,7 @@ private:
     struct Account;
     struct Working;
     struct Need;
+    struct Task;
 
     Account* findAccount(const std::string& key);
     const Account* findAccount(const std::string& key) const;
@@ -124,6 +131,11 @@ private:
     void emitFunds(Account& account, PaperResult& out);
     void revalue(Account& account, PaperResult& out, bool force);
     void endOfDay(PaperResult& out);
+    void emitTask(const Task& task, PaperResult& out) const;
+    void releaseSlices(PaperResult& out);
+    void settleTasks(PaperResult& out);
+    PaperResult stopTask(Task& task, const std::string& userName);
+    int accountNumber(const std::string& accountKey) const;
     void beginDay(int tradingDay, PaperResult& out);
     int phaseOf(const std::string& market) const;
     double lastPriceOf(const std::string& stockKey, double fallback) const;
@@ -150,6 +162,9 @@ private:
     long long m_orderSeq = 0;
     long long m_dealSeq = 0;
     long long m_commandSeq = 0;
+    long long m_taskSeq = 0;
+    long long m_lastRelease = 0;
+    std::map<int, std::unique_ptr<Task>> m_tasks;  // by task number
     bool m_halted = false;
 };
 

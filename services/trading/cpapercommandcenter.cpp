@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include <QCoreApplication>
+
 namespace trading {
 
 CPaperCommandCenter::CPaperCommandCenter(CPaperBroker* broker) : m_broker(broker) {}
@@ -43,14 +45,31 @@ bool CPaperCommandCenter::createCommand(nqservice::EVqTraderType traderType, nqs
     return createCommand(command, callback, confirmed, 0);
 }
 
-void CPaperCommandCenter::operateServerTask(const std::string& taskKey, const boost::shared_ptr<nqservice::CTaskOpRecord>&,
+void CPaperCommandCenter::operateServerTask(const std::string& taskKey, const boost::shared_ptr<nqservice::CTaskOpRecord>& op,
                                             const boost::shared_ptr<nqservice::CAccountInfo>&,
                                             const boost::function<void(const utils::NQError&, bson::BSONObj)>& callback)
 {
-    NQ_LOG_INFO("server task operation for " + taskKey + ": the paper broker runs no server tasks");
-    if (!callback.empty()) {
-        callback(utils::NQError(1, "模拟交易没有服务端任务"), bson::BSONObj());
+    if (!op || op->operation != nqservice::TOP_STOP) {
+        if (!callback.empty()) {
+            callback(utils::NQError(1, "模拟交易的任务只能终止"), bson::BSONObj());
+        }
+        return;
     }
+    NQ_LOG_INFO("stop of task " + taskKey + " by " + op->userName);
+    // The answer comes back on the caller's thread, as a gateway's reply is
+    // delivered: the panels' callbacks may touch their own objects.
+    QObject* home = QCoreApplication::instance();
+    m_broker->terminateTask(taskKey, op->userName, [callback, home](const std::string&, const std::string& refusal) {
+        if (callback.empty()) {
+            return;
+        }
+        const utils::NQError error = refusal.empty() ? utils::NQError() : utils::NQError(1, refusal);
+        if (home == nullptr) {
+            callback(error, bson::BSONObj());
+            return;
+        }
+        QMetaObject::invokeMethod(home, [callback, error] { callback(error, bson::BSONObj()); }, Qt::QueuedConnection);
+    });
 }
 
 }  // namespace trading

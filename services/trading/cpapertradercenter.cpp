@@ -16,10 +16,42 @@
 namespace trading {
 
 namespace {
-// Tasks of all accounts: the paper broker has none to list.
-class CEmptyTable : public nqservice::IDataTable {
+// The tasks of all accounts, as the broker has published them.
+class CTaskTable : public nqservice::IDataTable {
 public:
-    void getVector(int, std::vector<boost::shared_ptr<nqservice::IData>>& out) override { out.clear(); }
+    explicit CTaskTable(CPaperBroker* broker) : m_broker(broker) {}
+    void getVector(int dataType, std::vector<boost::shared_ptr<nqservice::IData>>& out) override
+    {
+        out.clear();
+        if (dataType == nqservice::VQ_DATA_TYPE_TASK) {
+            m_broker->getTasks(out);
+        }
+    }
+
+private:
+    CPaperBroker* const m_broker;
+};
+
+// A task as the local task engine holds it: a stop reaches the broker.
+class CTaskControl : public nqservice::ITaskControl {
+public:
+    CTaskControl(CPaperBroker* broker, int accountId, int taskId)
+        : m_broker(broker), m_accountId(accountId), m_taskId(taskId)
+    {
+    }
+    bool operate(const boost::shared_ptr<nqservice::CTaskOpRecord>& op) override
+    {
+        if (!op || op->operation != nqservice::TOP_STOP) {
+            return false;  // paper tasks are stopped, never paused
+        }
+        m_broker->terminateTask(m_accountId, m_taskId, op->userName);
+        return true;
+    }
+
+private:
+    CPaperBroker* const m_broker;
+    const int m_accountId;
+    const int m_taskId;
 };
 }  // namespace
 
@@ -66,8 +98,7 @@ boost::shared_ptr<nqservice::CAccountData> CPaperTraderCenter::getAccountData(un
 
 boost::shared_ptr<nqservice::IDataTable> CPaperTraderCenter::getAllAccountsTable()
 {
-    static const boost::shared_ptr<nqservice::IDataTable> empty = boost::make_shared<CEmptyTable>();
-    return empty;
+    return boost::make_shared<CTaskTable>(m_broker);
 }
 
 int CPaperTraderCenter::getTradingPhase(const std::string& market, const std::string&)
@@ -111,9 +142,12 @@ boost::shared_ptr<nqservice::CInstrumentFee> CPaperTraderCenter::getInstrumentFe
     return CExchangeRules::paperFee(account->getKey(), *detail);
 }
 
-boost::shared_ptr<nqservice::ITaskControl> CPaperTraderCenter::getTask(int, int)
+boost::shared_ptr<nqservice::ITaskControl> CPaperTraderCenter::getTask(int taskId, int accountId)
 {
-    return boost::shared_ptr<nqservice::ITaskControl>();
+    if (!m_broker->hasTask(accountId, taskId)) {
+        return boost::shared_ptr<nqservice::ITaskControl>();
+    }
+    return boost::make_shared<CTaskControl>(m_broker, accountId, taskId);
 }
 
 }  // namespace trading

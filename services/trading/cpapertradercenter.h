@@ -1,6 +1,7 @@
 // The trading seam answered by the paper broker: the data centre with each
-// account's tables, the calculator of available volumes, fees, the (empty)
-// local task centre. A host installs it with nqservice::TraderCenter::install.
+// account's tables, the calculator of available volumes, fees, and the
+// local task centre whose tasks stop through the broker. A host installs it
+// with nqservice::TraderCenter::install.
 #pragma once
 
 #include "seam/trading.h"
@@ -51,7 +52,7 @@ public:
                                                                   const std::string& market,
                                                                   const std::string& code) override;
 
-    // ITaskCenter: the paper broker runs no local tasks.
+    // ITaskCenter: a handle on a task of the broker; null when there is none.
     boost::shared_ptr<nqservice::ITaskControl> getTask(int taskId, int accountId) override;
 
 private:

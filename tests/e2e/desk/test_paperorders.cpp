@@ -217,3 +217,39 @@ TEST_F(PaperOrders, OverTheLimitNoSendsNothingAndYesIsFilledInSlices)
     std::sort(volumes.begin(), volumes.end());
     EXPECT_EQ(volumes, (std::vector<int>{20, 50, 50})) << "the broker splits the whole volume into slices";
 }
+
+TEST_F(PaperOrders, CancelAllStopsTheGroupsRunningTaskOnPaper)
+{
+    board->getQuickOrderCheck()->setChecked(true);
+    TC::CPriceTQuickOrderWidget* ladder = board->getQuickOrderWidget();
+    board->handleEvent(WG::UE_CELL_PRIMARY, 1000, row, QStringLiteral("15"), nullptr);
+    TC::CPriceTQuickOrderTable* ladderTable = ladder->getPriceTable();
+    ASSERT_TRUE(testsupport::waitUntil([&] { return ladderTable->bestBidRow >= 0; }, 5000));
+    ladder->getVolumeCell()->setInt(3);
+    int left = 1;
+    ladder->handleEvent(WG::UE_CELL_SECONDARY, 0, std::min(40, ladderTable->bestBidRow + 5), QStringLiteral("1"),
+                        &left);
+    ASSERT_TRUE(testsupport::waitUntil([&] { return allOrders() == 2u; }, 5000));
+    // The group's orders run as one task of the paper user.
+    std::vector<boost::shared_ptr<nqservice::IData>> tasks;
+    nqservice::TraderCenter::instance()->getDataCenter()->getAllAccountsTable()->getVector(nqservice::VQ_DATA_TYPE_TASK,
+                                                                                           tasks);
+    ASSERT_EQ(tasks.size(), 1u);
+    EXPECT_EQ(boost::dynamic_pointer_cast<nqservice::CTaskDetail>(tasks.front())->status, nqservice::TS_RUNNING);
+    board->handleEvent(WG::UE_BUTTON_CLICKED, 23, 0, QString(), nullptr);  // 全撤
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] {
+            return ordersOf("SO001").front()->status == nqservice::OS_CANCELLED &&
+                   ordersOf("SO002").front()->status == nqservice::OS_CANCELLED;
+        },
+        5000));
+    EXPECT_EQ(ordersOf("SO002").front()->message, "任务已终止, 已撤单");
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] {
+            nqservice::TraderCenter::instance()->getDataCenter()->getAllAccountsTable()->getVector(
+                nqservice::VQ_DATA_TYPE_TASK, tasks);
+            return boost::dynamic_pointer_cast<nqservice::CTaskDetail>(tasks.front())->status ==
+                   nqservice::TS_STOPPED;
+        },
+        5000));
+}

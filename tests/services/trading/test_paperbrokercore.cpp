@@ -3,6 +3,7 @@
 #include "services/trading/paperfixture.h"
 
 #include "seam/tradinghelpers.h"
+#include "seam/tradingrecords.h"
 #include "services/trading/cexchangerules.h"
 #include "services/trading/cpaperbrokercore.h"
 
@@ -452,6 +453,79 @@ TEST_F(PaperCore, RestoringTheChangesGivesTheSameBooks)
     second.onClock(at(10, 1));
     second.onQuote(quote(kCall, 0.0940, 0.0950));
     EXPECT_EQ(second.workingOrderCount(), 0);
+}
+
+TEST_F(PaperCore, ACommandOverTwoAccountsRunsAsATaskWithEveryOrderOnTheBook)
+{
+    trading::PaperAccountSpec second = stockAccount("SO002");
+    PaperResult opening;
+    core.openAccount(second, opening);
+    core.setLoggedIn("SO002", true);
+    auto a = order(so, kCall, nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.0950, 1);
+    auto b = order(second, kCall, nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.0950, 2);
+    a->userName = b->userName = "paper";
+    const PaperResult result = core.submit(command({a, b}, nqservice::VQ_TRADER_TYPE_STOCK_OPTION));
+    ASSERT_TRUE(result.accepted());
+    const auto tasks = core.tasks();
+    ASSERT_EQ(tasks.size(), 1u);
+    const auto task = boost::dynamic_pointer_cast<nqservice::CTaskDetail>(tasks.front());
+    EXPECT_EQ(task->status, nqservice::TS_RUNNING);
+    EXPECT_TRUE(task->onServer);
+    EXPECT_FALSE(task->serverTaskId.empty());
+    ASSERT_TRUE(task->owner);
+    EXPECT_EQ(task->owner->userName, "paper");
+    EXPECT_EQ(task->owner->traderType, nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
+    ASSERT_EQ(task->accounts.size(), 2u);
+    EXPECT_EQ(task->orderIds.size(), 2u);
+    EXPECT_EQ(orders().front()->status, nqservice::OS_WORKING);
+    EXPECT_EQ(orders(&second).front()->status, nqservice::OS_WORKING) << "both on the book at once";
+    // Both fill: the task is finished.
+    core.onQuote(quote(kCall, 0.0940, 0.0950));
+    const auto done = boost::dynamic_pointer_cast<nqservice::CTaskDetail>(core.tasks().front());
+    EXPECT_EQ(done->status, nqservice::TS_FINISHED);
+    EXPECT_EQ(core.terminateTask(nqservice::CTaskHelper::genServerTaskKey(*done), "paper").refusal, "任务已结束");
+}
+
+TEST_F(PaperCore, TheSlicesOfAnOrderAboveTheLimitArePacedAndATerminationStopsThem)
+{
+    const double before = funds()->availableFunds;
+    auto big = order(so, kCall, nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.0900, 120);
+    big->userName = "paper";
+    ASSERT_TRUE(core.submit(command({big}, nqservice::VQ_TRADER_TYPE_STOCK_OPTION)).accepted());
+    auto list = orders();
+    ASSERT_EQ(list.size(), 3u);
+    EXPECT_EQ(list[0]->status, nqservice::OS_WORKING);
+    EXPECT_EQ(list[1]->status, nqservice::OS_PENDING);
+    EXPECT_EQ(list[2]->status, nqservice::OS_PENDING);
+    const auto task = boost::dynamic_pointer_cast<nqservice::CTaskDetail>(core.tasks().front());
+    EXPECT_FALSE(task->onServer) << "slices are paced by the local task";
+    // A pending slice does not trade even when the market crosses it.
+    core.onQuote(quote(kCall, 0.0890, 0.0895, 100));
+    list = orders();
+    EXPECT_EQ(list[0]->status, nqservice::OS_FILLED);
+    EXPECT_EQ(list[1]->tradedVolume, 0);
+    // The next step of the clock sends the next slice, which then fills.
+    core.onClock(at(10, 0, 1));
+    list = orders();
+    EXPECT_NE(list[1]->status, nqservice::OS_PENDING);
+    EXPECT_EQ(list[2]->status, nqservice::OS_PENDING);
+    core.onQuote(quote(kCall, 0.1000, 0.1002));
+    // Another user cannot stop it; its owner can, and what it has left is cancelled.
+    EXPECT_EQ(core.terminateTask(task->accountId, task->taskId, "other").refusal, "不能终止其他用户的任务");
+    EXPECT_EQ(core.terminateTask(task->accountId, 999, "paper").refusal, "任务不存在");
+    const PaperResult stopped = core.terminateTask(task->accountId, task->taskId, "paper");
+    ASSERT_TRUE(stopped.accepted()) << stopped.refusal;
+    list = orders();
+    EXPECT_EQ(list[2]->status, nqservice::OS_CANCELLED);
+    EXPECT_EQ(list[2]->message, "任务已终止, 已撤单");
+    const auto after = boost::dynamic_pointer_cast<nqservice::CTaskDetail>(core.tasks().front());
+    EXPECT_EQ(after->status, nqservice::TS_STOPPED);
+    EXPECT_EQ(core.workingOrderCount(), 0);
+    EXPECT_NEAR(funds()->frozenFunds, 0.0, 1e-9);
+    // What was filled was paid for, nothing more is held.
+    const long long bought = positionOf(kCall, '0')->position;
+    EXPECT_GE(bought, 50);
+    EXPECT_LT(funds()->availableFunds, before);
 }
 
 TEST(ExchangeRules, ShortMarginFollowsTheExchangesFormulas)
