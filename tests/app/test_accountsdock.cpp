@@ -260,3 +260,56 @@ TEST_F(AccountsDockTest, DestroyingTheDockDropsEverySubscription)
     EXPECT_EQ(one->delivered.load(), 1) << "no callback after the drop";
     QCoreApplication::processEvents();
 }
+
+namespace {
+// Whether some pixel of the area has exactly the colour (the core of a glyph does).
+bool hasColour(const QImage& image, const QRect& area, const QColor& colour)
+{
+    const QRect inside = area.intersected(image.rect());
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        for (int x = inside.left(); x <= inside.right(); ++x) {
+            if (QColor(image.pixel(x, y)).rgb() == colour.rgb()) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+}  // namespace
+
+TEST_F(AccountsDockTest, BuysArePaintedInTheThemesRiseColourAndSellsInItsFallColour)
+{
+    one->store(542, makeOrder(infoOne, "o1", 1000, nqservice::OS_WORKING, 5, 0, nqservice::OT_BUY_OPEN));
+    one->store(542, makeOrder(infoOne, "o2", 2000, nqservice::OS_PARTIAL, 5, 1, nqservice::OT_SELL_OPEN));
+    one->store(570, makeDeal(infoOne, "d1", 1500, nqservice::EBS_BUY));
+    one->store(547, makePosition(infoOne, "10007821", '0', 3));
+    one->store(547, makePosition(infoOne, "10007821", '1', 2));
+    one->store(547, makePosition(infoOne, "510050", '0', 10000));
+    one->detail = makeFunds("A1", 99000.5);
+    for (const QString& theme : {QStringLiteral("dark"), QStringLiteral("light")}) {
+        ASSERT_TRUE(WG::CUiResource::get()->setTheme(theme));
+        desk::CAccountsDock dock;
+        dock.resize(1400, 260);
+        dock.show();
+        desk::CRecordTable* table = dock.table(desk::CAccountsDock::TAB_ORDERS);
+        ASSERT_TRUE(testsupport::waitUntil([&] { return table->isVisible(); }));
+        const QImage image = table->tableView()->viewport()->grab().toImage();
+        const QColor rise = *WG::CUiResource::get()->getColor(QStringLiteral("clr_global_rise"));
+        const QColor fall = *WG::CUiResource::get()->getColor(QStringLiteral("clr_global_fall"));
+        const int buy = dock.ordersModel()->rowOfKey("A1|o1");
+        const int sell = dock.ordersModel()->rowOfKey("A1|o2");
+        const int column = desk::COrdersTableModel::COL_OPERATION;
+        EXPECT_TRUE(hasColour(image, table->cellRect(buy, column), rise)) << theme.toStdString();
+        EXPECT_FALSE(hasColour(image, table->cellRect(buy, column), fall)) << theme.toStdString();
+        EXPECT_TRUE(hasColour(image, table->cellRect(sell, column), fall)) << theme.toStdString();
+        EXPECT_FALSE(hasColour(image, table->cellRect(sell, column), rise)) << theme.toStdString();
+        // Where the tables are worth a look: OPTDESK_SHOT_DIR keeps a picture of each tab.
+        const QString shots = qEnvironmentVariable("OPTDESK_SHOT_DIR");
+        if (!shots.isEmpty()) {
+            for (int tab = 0; tab < desk::CAccountsDock::TAB_COUNT; ++tab) {
+                dock.tabs()->setCurrentIndex(tab);
+                dock.grab().save(QStringLiteral("%1/accounts-%2-%3.png").arg(shots, theme).arg(tab));
+            }
+        }
+    }
+}

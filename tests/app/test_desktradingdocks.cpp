@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QDockWidget>
 #include <QLabel>
 #include <QMenu>
@@ -86,6 +87,16 @@ TEST_F(DeskTradingTest, TheKillSwitchCallsTheHandlerAndShowsTheState)
     EXPECT_EQ(messages->model()->index(0, desk::CMessagesModel::COL_TEXT).data().toString(),
               QStringLiteral("交易已暂停"));
     EXPECT_EQ(messages->model()->index(0, desk::CMessagesModel::COL_LEVEL).data().toString(), QStringLiteral("警告"));
+
+    // Where the desk is worth a look: OPTDESK_SHOT_DIR keeps a picture of the paused desk.
+    const QString shots = qEnvironmentVariable("OPTDESK_SHOT_DIR");
+    if (!shots.isEmpty()) {
+        window.resize(1000, 600);
+        window.show();
+        window.messageDock()->raise();
+        QCoreApplication::processEvents();
+        window.grab().save(shots + QStringLiteral("/desk-halted.png"));
+    }
 
     // The warning colour follows the theme.
     window.applyTheme(QStringLiteral("light"));
