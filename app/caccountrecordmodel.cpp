@@ -24,66 +24,114 @@ bool CAccountRecordModel::isStale(const nqservice::IData&, const nqservice::IDat
 
 void CAccountRecordModel::apply(const std::vector<nqservice::IDataPtr>& records)
 {
+    // New records newer than every row gather here and enter with one signal:
+    // a burst of orders costs the views one insertion, not one per order.
+    std::vector<Row> top;
+    std::unordered_map<std::string, std::size_t> topIndex;
     for (const nqservice::IDataPtr& record : records) {
         if (!record) {
             continue;
         }
         const std::string key = record->getKey();
-        const int row = rowOfKey(key);
+        auto pending = topIndex.find(key);
+        auto stored = m_index.find(key);
         if (!keeps(*record)) {
-            if (row >= 0) {
-                removeRowAt(row);
+            if (pending != topIndex.end()) {
+                top.erase(top.begin() + static_cast<std::ptrdiff_t>(pending->second));
+                topIndex.clear();
+                for (std::size_t i = 0; i < top.size(); ++i) {
+                    topIndex[top[i].key] = i;
+                }
+            } else if (stored != m_index.end()) {
+                flushTop(top);
+                topIndex.clear();
+                removeStoredAt(m_index.at(key));
             }
             continue;
         }
-        if (row < 0) {
-            insertRow(record, key);
+        if (pending != topIndex.end()) {
+            Row& row = top[pending->second];
+            if (!isStale(*record, *row.record)) {
+                row.record = record;
+            }
             continue;
         }
-        Row& current = m_rows[static_cast<std::size_t>(row)];
-        if (isStale(*record, *current.record)) {
+        if (stored != m_index.end()) {
+            Row& row = m_rows[static_cast<std::size_t>(stored->second)];
+            if (isStale(*record, *row.record)) {
+                continue;
+            }
+            // Recency decides a row's place only when it arrives: an update stays put.
+            row.record = record;
+            const int at = rowOfStored(stored->second);
+            emit dataChanged(index(at, 0), index(at, columnCount() - 1));
             continue;
         }
-        // Recency decides a row's place only when it arrives: an update stays put.
-        current.record = record;
-        emit dataChanged(index(row, 0), index(row, columnCount() - 1));
+        Row row{record, key, recency(*record)};
+        const bool onTop = !top.empty() ? row.recency >= top.back().recency
+                                        : (m_rows.empty() || row.recency >= m_rows.back().recency);
+        if (onTop) {
+            topIndex[key] = top.size();
+            top.push_back(std::move(row));
+        } else {
+            flushTop(top);
+            topIndex.clear();
+            insertSorted(std::move(row));
+        }
     }
+    flushTop(top);
 }
 
-void CAccountRecordModel::insertRow(const nqservice::IDataPtr& record, const std::string& key)
+void CAccountRecordModel::flushTop(std::vector<Row>& top)
 {
-    const long long value = recency(*record);
-    int position = 0;
-    while (position < static_cast<int>(m_rows.size()) && m_rows[static_cast<std::size_t>(position)].recency > value) {
-        ++position;
+    if (top.empty()) {
+        return;
     }
-    beginInsertRows(QModelIndex(), position, position);
-    m_rows.insert(m_rows.begin() + position, Row{record, key, value});
-    reindexFrom(position);
+    beginInsertRows(QModelIndex(), 0, static_cast<int>(top.size()) - 1);
+    for (Row& row : top) {
+        m_index[row.key] = static_cast<int>(m_rows.size());
+        m_rows.push_back(std::move(row));
+    }
+    endInsertRows();
+    top.clear();
+}
+
+void CAccountRecordModel::insertSorted(Row row)
+{
+    // Among equal recency the later arrival shows above: it goes after them in store.
+    int stored = static_cast<int>(m_rows.size());
+    while (stored > 0 && m_rows[static_cast<std::size_t>(stored - 1)].recency > row.recency) {
+        --stored;
+    }
+    const int at = static_cast<int>(m_rows.size()) - stored;
+    beginInsertRows(QModelIndex(), at, at);
+    m_rows.insert(m_rows.begin() + stored, std::move(row));
+    reindexFrom(stored);
     endInsertRows();
 }
 
-void CAccountRecordModel::removeRowAt(int row)
+void CAccountRecordModel::removeStoredAt(int stored)
 {
-    beginRemoveRows(QModelIndex(), row, row);
-    m_index.erase(m_rows[static_cast<std::size_t>(row)].key);
-    m_rows.erase(m_rows.begin() + row);
-    reindexFrom(row);
+    const int at = rowOfStored(stored);
+    beginRemoveRows(QModelIndex(), at, at);
+    m_index.erase(m_rows[static_cast<std::size_t>(stored)].key);
+    m_rows.erase(m_rows.begin() + stored);
+    reindexFrom(stored);
     endRemoveRows();
 }
 
-void CAccountRecordModel::reindexFrom(int row)
+void CAccountRecordModel::reindexFrom(int stored)
 {
-    for (std::size_t i = static_cast<std::size_t>(row); i < m_rows.size(); ++i) {
+    for (std::size_t i = static_cast<std::size_t>(stored); i < m_rows.size(); ++i) {
         m_index[m_rows[i].key] = static_cast<int>(i);
     }
 }
 
 void CAccountRecordModel::removeAccount(const std::string& accountKey)
 {
-    for (int row = static_cast<int>(m_rows.size()) - 1; row >= 0; --row) {
-        if (accountOf(*m_rows[static_cast<std::size_t>(row)].record) == accountKey) {
-            removeRowAt(row);
+    for (int stored = static_cast<int>(m_rows.size()) - 1; stored >= 0; --stored) {
+        if (accountOf(*m_rows[static_cast<std::size_t>(stored)].record) == accountKey) {
+            removeStoredAt(stored);
         }
     }
 }
@@ -99,26 +147,30 @@ void CAccountRecordModel::clear()
     endResetModel();
 }
 
-nqservice::IDataPtr CAccountRecordModel::record(int row) const
+const CAccountRecordModel::Row* CAccountRecordModel::rowAt(int row) const
 {
     if (row < 0 || row >= static_cast<int>(m_rows.size())) {
-        return nqservice::IDataPtr();
+        return nullptr;
     }
-    return m_rows[static_cast<std::size_t>(row)].record;
+    return &m_rows[static_cast<std::size_t>(storedOf(row))];
+}
+
+nqservice::IDataPtr CAccountRecordModel::record(int row) const
+{
+    const Row* found = rowAt(row);
+    return found != nullptr ? found->record : nqservice::IDataPtr();
 }
 
 std::string CAccountRecordModel::keyOf(int row) const
 {
-    if (row < 0 || row >= static_cast<int>(m_rows.size())) {
-        return std::string();
-    }
-    return m_rows[static_cast<std::size_t>(row)].key;
+    const Row* found = rowAt(row);
+    return found != nullptr ? found->key : std::string();
 }
 
 int CAccountRecordModel::rowOfKey(const std::string& key) const
 {
     auto it = m_index.find(key);
-    return it == m_index.end() ? -1 : it->second;
+    return it == m_index.end() ? -1 : rowOfStored(it->second);
 }
 
 void CAccountRecordModel::setAccountNames(const QHash<QString, QString>& names)
@@ -151,7 +203,7 @@ QVariant CAccountRecordModel::data(const QModelIndex& index, int role) const
     if (!index.isValid() || index.row() >= rowCount() || index.column() >= columnCount()) {
         return QVariant();
     }
-    const Row& row = m_rows[static_cast<std::size_t>(index.row())];
+    const Row& row = *rowAt(index.row());
     switch (role) {
     case Qt::DisplayRole:
         return cell(*row.record, index.column()).text;

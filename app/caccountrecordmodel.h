@@ -79,13 +79,21 @@ private:
         std::string key;
         long long recency = 0;
     };
-    void insertRow(const nqservice::IDataPtr& record, const std::string& key);
-    void removeRowAt(int row);
-    void reindexFrom(int row);
+    // Rows are stored oldest first, so the usual newest record is an append that
+    // moves no index; row r of the model is stored at size - 1 - r.
+    int storedOf(int row) const { return static_cast<int>(m_rows.size()) - 1 - row; }
+    int rowOfStored(int stored) const { return static_cast<int>(m_rows.size()) - 1 - stored; }
+    const Row* rowAt(int row) const;
+    // Inserts in recency order a row that cannot go on top.
+    void insertSorted(Row row);
+    // Puts the rows gathered for the top into the model with one signal.
+    void flushTop(std::vector<Row>& top);
+    void removeStoredAt(int stored);
+    void reindexFrom(int stored);
 
     QStringList m_headers;
     std::vector<Row> m_rows;
-    std::unordered_map<std::string, int> m_index;
+    std::unordered_map<std::string, int> m_index;  // key -> stored position
     QHash<QString, QString> m_accountNames;
 };
 

@@ -188,3 +188,37 @@ TEST(FundsTableModel, OneRowPerAccountWithItsFigures)
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(text(model, one, desk::CFundsTableModel::COL_AVAILABLE), QStringLiteral("10.00"));
 }
+
+TEST(OrdersTableModel, ABurstOfNewOrdersEntersAtTheTopInOneInsertionAndALateOlderOneFindsItsPlace)
+{
+    desk::COrdersTableModel model;
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const auto account = makeAccount("A1", "模拟一");
+    model.apply(records({makeOrder(account, "0", 500, nqservice::OS_FILLED, 1, 1)}));
+    QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+    std::vector<nqservice::IDataPtr> burst;
+    for (int i = 1; i <= 100; ++i) {
+        burst.push_back(makeOrder(account, std::to_string(i), 1000 + i, nqservice::OS_WORKING, 1, 0));
+    }
+    model.apply(burst);
+    ASSERT_EQ(inserted.count(), 1);
+    EXPECT_EQ(inserted.at(0).at(1).toInt(), 0);
+    EXPECT_EQ(inserted.at(0).at(2).toInt(), 99);
+    ASSERT_EQ(model.rowCount(), 101);
+    EXPECT_EQ(model.keyOf(0), "A1|100");
+    EXPECT_EQ(model.keyOf(99), "A1|1");
+    EXPECT_EQ(model.keyOf(100), "A1|0");
+    EXPECT_EQ(model.rowOfKey("A1|100"), 0);
+    EXPECT_EQ(model.rowOfKey("A1|0"), 100);
+
+    // Older than some: between them (above one of its own time, which came earlier),
+    // and every row's key still finds it.
+    model.apply(records({makeOrder(account, "late", 1050, nqservice::OS_WORKING, 1, 0)}));
+    ASSERT_EQ(model.rowCount(), 102);
+    const int late = model.rowOfKey("A1|late");
+    EXPECT_EQ(model.keyOf(late - 1), "A1|51");
+    EXPECT_EQ(model.keyOf(late + 1), "A1|50");
+    for (int row = 0; row < model.rowCount(); ++row) {
+        EXPECT_EQ(model.rowOfKey(model.keyOf(row)), row);
+    }
+}
