@@ -91,9 +91,14 @@ void CAccountsDock::onRecords(int dataType, const std::vector<nqservice::IDataPt
             if (!order) {
                 continue;
             }
+            // Only working orders hold a button; a finished one lets its state go.
             const std::string key = order->getKey();
-            m_cancelButtons->setItemText(key, kCancelText, WG::UT_NONE);
-            m_cancelButtons->setItemVisible(key, TC::canCancelOrder(order), false);
+            if (TC::canCancelOrder(order)) {
+                m_cancelButtons->setItemText(key, kCancelText, WG::UT_NONE);
+                m_cancelButtons->setItemVisible(key, true, false);
+            } else {
+                m_cancelButtons->removeItem(key);
+            }
         }
         m_tables[TAB_ORDERS]->tableView()->viewport()->update();
         tab = TAB_ORDERS;
