@@ -29,8 +29,8 @@ struct CAccountsFeed::Inbox {
     std::map<int, Table> tables;
     bool drainPosted = false;
 
-    // Under the lock. True when a drain must be posted.
-    bool put(int dataType, const std::string& account, const nqservice::IDataPtr& record)
+    // Under the lock.
+    void put(int dataType, const std::string& account, const nqservice::IDataPtr& record)
     {
         Table& table = tables[dataType];
         const std::string key = record->getKey();
@@ -41,9 +41,6 @@ struct CAccountsFeed::Inbox {
             table.positions.emplace(key, table.entries.size());
             table.entries.push_back(Entry{account, record});
         }
-        const bool post = !drainPosted;
-        drainPosted = true;
-        return post;
     }
 
     // Under the lock.
@@ -180,7 +177,10 @@ void CAccountsFeed::follow(const std::string& accountKey)
             bool post = false;
             {
                 std::lock_guard<std::mutex> lock(inbox->mutex);
-                post = inbox->put(type, accountKey, copy);
+                inbox->put(type, accountKey, copy);
+                // One drain in the GUI thread's queue is enough for any number of records.
+                post = !inbox->drainPosted;
+                inbox->drainPosted = true;
             }
             if (post) {
                 postDrain();
@@ -190,6 +190,8 @@ void CAccountsFeed::follow(const std::string& accountKey)
             followed.handles.push_back(handle);
         }
     }
+    // The snapshot goes through the inbox like any record: what a callback brings
+    // after it replaces it. The caller drains.
     {
         std::lock_guard<std::mutex> lock(m_inbox->mutex);
         for (int type : dataTypes()) {

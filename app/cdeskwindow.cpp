@@ -199,11 +199,7 @@ void CDeskWindow::addTradingDocks()
     m_messageTable->setColumnWidth(CMessagesModel::COL_LEVEL, 44);
     m_messageDock->setWidget(m_messageTable);
 
-    addDockWidget(Qt::BottomDockWidgetArea, m_accountsDock);
-    tabifyDockWidget(m_accountsDock, m_messageDock);
-    m_accountsDock->raise();
-    // Room for a few rows by default; a saved layout brings the trader's own height.
-    resizeDocks({m_accountsDock}, {240}, Qt::Vertical);
+    placeTradingDocks();
     if (QMenu* view = menuBar()->findChild<QMenu*>(QStringLiteral("menuView"))) {
         view->addAction(m_accountsDock->toggleViewAction());
         view->addAction(m_messageDock->toggleViewAction());
@@ -213,6 +209,30 @@ void CDeskWindow::addTradingDocks()
 QDockWidget* CDeskWindow::accountsDock() const { return m_accountsDock; }
 
 QDockWidget* CDeskWindow::messageDock() const { return m_messageDock; }
+
+void CDeskWindow::placeTradingDocks()
+{
+    m_accountsDock->setFloating(false);
+    m_messageDock->setFloating(false);
+    addDockWidget(Qt::BottomDockWidgetArea, m_accountsDock);
+    tabifyDockWidget(m_accountsDock, m_messageDock);
+    m_accountsDock->show();
+    m_messageDock->show();
+    m_accountsDock->raise();
+    // Room for a few rows by default; a saved layout brings the trader's own height.
+    resizeDocks({m_accountsDock}, {240}, Qt::Vertical);
+}
+
+bool CDeskWindow::stateNamesDock(const QByteArray& state, const QString& objectName)
+{
+    // QMainWindow::saveState() writes object names as QDataStream strings: UTF-16, big-endian.
+    QByteArray name;
+    for (const QChar c : objectName) {
+        name.append(static_cast<char>(c.unicode() >> 8));
+        name.append(static_cast<char>(c.unicode() & 0xff));
+    }
+    return state.contains(name);
+}
 
 void CDeskWindow::restore(const QString& themeOverride)
 {
@@ -261,6 +281,11 @@ void CDeskWindow::restore(const QString& themeOverride)
     }
     if (!layout.dockState.isEmpty() && !restoreState(layout.dockState)) {
         notify(QStringLiteral("保存的停靠布局无法恢复, 使用默认布局"));
+    }
+    // A layout saved before the trading docks existed leaves them where Qt puts
+    // strangers; they go back to their default place, tabbed at the bottom.
+    if (!layout.dockState.isEmpty() && !stateNamesDock(layout.dockState, m_accountsDock->objectName())) {
+        placeTradingDocks();
     }
     QString theme = themeOverride.isEmpty() ? layout.theme : themeOverride;
     applyTheme(theme == kLight ? kLight : kDark);

@@ -85,6 +85,9 @@ private:
     void buildTradingMenu();
     // The accounts dock and the message area, tabbed at the bottom.
     void addTradingDocks();
+    void placeTradingDocks();
+    // Whether a saved dock state knows a dock of this object name.
+    static bool stateNamesDock(const QByteArray& state, const QString& objectName);
     void updateHaltLook();
     void addPanel(const QString& name);
     void onTick();

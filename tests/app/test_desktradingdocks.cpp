@@ -1,4 +1,5 @@
 #include "app/caccountsdock.h"
+#include "app/cdesklayoutstore.h"
 #include "app/cdeskmessageservice.h"
 #include "app/cdeskwindow.h"
 #include "app/cmessagesmodel.h"
@@ -13,6 +14,7 @@
 #include <QCoreApplication>
 #include <QDockWidget>
 #include <QLabel>
+#include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTemporaryDir>
@@ -151,4 +153,26 @@ TEST_F(DeskTradingTest, TheAccountsDockAndTheMessageAreaDockAtTheBottomAndKeepTh
     ASSERT_NE(window.messageDock(), nullptr);
     EXPECT_TRUE(window.messageDock()->isFloating()) << "the saved dock state finds the dock by its name";
     EXPECT_FALSE(window.accountsDock()->isFloating());
+}
+
+TEST_F(DeskTradingTest, ALayoutSavedBeforeTheTradingDocksExistedBringsThemToTheirDefaultPlace)
+{
+    // A window of that time: one dock, none of the trading docks.
+    QMainWindow older;
+    auto* board = new QDockWidget(QStringLiteral("T型报价"), &older);
+    board->setObjectName(QStringLiteral("dock_pricet"));
+    older.addDockWidget(Qt::TopDockWidgetArea, board);
+    desk::DeskLayout layout;
+    layout.dockState = older.saveState();
+    layout.theme = QStringLiteral("dark");
+    ASSERT_TRUE(desk::CDeskLayoutStore(dir.path()).save(layout));
+
+    desk::CDeskWindow window(desk::CPanelFactory(), dir.path(), 50);
+    window.restore();
+    window.show();
+    ASSERT_NE(window.accountsDock(), nullptr);
+    EXPECT_EQ(window.dockWidgetArea(window.accountsDock()), Qt::BottomDockWidgetArea);
+    EXPECT_TRUE(window.tabifiedDockWidgets(window.accountsDock()).contains(window.messageDock()));
+    EXPECT_TRUE(window.accountsDock()->isVisible());
+    EXPECT_TRUE(window.notices().isEmpty());
 }
