@@ -13,12 +13,16 @@
 #include "seam/tradinghelpers.h"
 #include "toolkit/cbasetablecolumnpushbuttondelegate.h"
 #include "toolkit/cmessagetip.h"
+#include "toolkit/cuiresource.h"
 
+#include <QFontMetrics>
 #include <QTabWidget>
 #include <QTableView>
 #include <QVBoxLayout>
 
 #include <boost/make_shared.hpp>
+
+#include <algorithm>
 
 namespace desk {
 
@@ -42,6 +46,7 @@ CAccountsDock::CAccountsDock(QWidget* parent) : QWidget(parent)
                                                                       {m_positions, QStringLiteral("持仓")},
                                                                       {m_funds, QStringLiteral("资金")}};
     for (int tab = 0; tab < TAB_COUNT; ++tab) {
+        m_models[tab] = tabs[tab].first;
         auto* table = new CRecordTable(900 + tab, tabs[tab].first, m_tabs);
         table->setObjectName(QStringLiteral("accountsTable%1").arg(tab));
         table->adjustColumnWidth();
@@ -118,10 +123,41 @@ void CAccountsDock::onRecords(int dataType, const std::vector<nqservice::IDataPt
     default:
         return;
     }
-    // Columns fit their content once, when the first rows come; later the user's widths stay.
-    if (!m_fitted[tab] && m_tables[tab]->rowCount() > 0) {
-        m_fitted[tab] = true;
-        m_tables[tab]->adjustColumnWidth();
+    widenToFit(tab, records);
+}
+
+void CAccountsDock::widenToFit(ETab tab, const std::vector<nqservice::IDataPtr>& records)
+{
+    // Columns grow to what new rows show (a refusal's reason, a long name), never
+    // shrink: a width the trader chose stays unless a cell needs more.
+    constexpr int kPadding = 12;
+    constexpr int kMaxWidth = 400;
+    CRecordTable* table = m_tables[tab];
+    CAccountRecordModel* model = m_models[tab];
+    const QFontMetrics metrics(*WG::CUiResource::get()->getFont(QStringLiteral("fnt_default_normal_fix")));
+    // A burst is judged by its newest rows: measuring text costs more than showing it.
+    constexpr std::size_t kMeasured = 200;
+    std::vector<int> wanted(static_cast<std::size_t>(model->columnCount()), 0);
+    const std::size_t first = records.size() > kMeasured ? records.size() - kMeasured : 0;
+    for (std::size_t i = first; i < records.size(); ++i) {
+        const nqservice::IDataPtr& record = records[i];
+        const int row = record ? model->rowOfKey(record->getKey()) : -1;
+        if (row < 0) {
+            continue;
+        }
+        for (int column = 0; column < model->columnCount(); ++column) {
+            const QString text = model->index(row, column).data(Qt::DisplayRole).toString();
+            if (!text.isEmpty()) {
+                wanted[static_cast<std::size_t>(column)] =
+                    std::max(wanted[static_cast<std::size_t>(column)], metrics.horizontalAdvance(text) + kPadding);
+            }
+        }
+    }
+    for (int column = 0; column < model->columnCount(); ++column) {
+        const int width = std::min(wanted[static_cast<std::size_t>(column)], kMaxWidth);
+        if (width > table->columnWidth(column)) {
+            table->setColumnWidth(column, width);
+        }
     }
 }
 

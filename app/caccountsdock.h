@@ -51,6 +51,7 @@ public:
 private:
     void onRecords(int dataType, const std::vector<nqservice::IDataPtr>& records);
     void onAccountGone(const std::string& accountKey);
+    void widenToFit(ETab tab, const std::vector<nqservice::IDataPtr>& records);
     void tell(const QString& text);
 
     QTabWidget* m_tabs = nullptr;
@@ -59,7 +60,7 @@ private:
     CPositionsTableModel* m_positions = nullptr;
     CFundsTableModel* m_funds = nullptr;
     CRecordTable* m_tables[TAB_COUNT] = {};
-    bool m_fitted[TAB_COUNT] = {};
+    CAccountRecordModel* m_models[TAB_COUNT] = {};
     WG::CBaseTableColumnPushButtonDelegate* m_cancelButtons = nullptr;
     CAccountsFeed* m_feed = nullptr;
 };

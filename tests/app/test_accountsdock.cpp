@@ -20,6 +20,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTableView>
@@ -312,4 +313,27 @@ TEST_F(AccountsDockTest, BuysArePaintedInTheThemesRiseColourAndSellsInItsFallCol
             }
         }
     }
+}
+
+TEST_F(AccountsDockTest, AColumnGrowsToALongerTextThatArrivesLater)
+{
+    one->store(542, makeOrder(infoOne, "o1", 1000, nqservice::OS_WORKING, 5, 0));
+    desk::CAccountsDock dock;
+    desk::CRecordTable* table = dock.table(desk::CAccountsDock::TAB_ORDERS);
+    const int before = table->columnWidth(desk::COrdersTableModel::COL_MESSAGE);
+    auto refused = makeOrder(infoOne, "o2", 2000, nqservice::OS_REJECTED, 5, 0);
+    refused->message = "委托被拒绝: 委托价格超出涨跌停范围, 可用资金不足";
+    publishFromThread(one, 542, {refused});
+    ASSERT_TRUE(testsupport::waitUntil([&] { return dock.ordersModel()->rowCount() == 2; }));
+    const QFontMetrics metrics(*WG::CUiResource::get()->getFont(QStringLiteral("fnt_default_normal_fix")));
+    const int needed = metrics.horizontalAdvance(QString::fromStdString(refused->message));
+    EXPECT_GT(table->columnWidth(desk::COrdersTableModel::COL_MESSAGE), before);
+    EXPECT_GE(table->columnWidth(desk::COrdersTableModel::COL_MESSAGE), needed);
+    // A narrower text later takes nothing back.
+    const int grown = table->columnWidth(desk::COrdersTableModel::COL_MESSAGE);
+    auto other = makeOrder(infoOne, "o3", 3000, nqservice::OS_REJECTED, 5, 0);
+    other->message = "账户未登录";
+    publishFromThread(one, 542, {other});
+    ASSERT_TRUE(testsupport::waitUntil([&] { return dock.ordersModel()->rowCount() == 3; }));
+    EXPECT_EQ(table->columnWidth(desk::COrdersTableModel::COL_MESSAGE), grown);
 }
