@@ -11,7 +11,7 @@
 #include "app/corderstablemodel.h"
 #include "app/cpositionstablemodel.h"
 #include "app/crecordtable.h"
-#include "seam/cexchangeclient.h"
+#include "e2e/desk/paperdesk.h"
 #include "seam/common.h"
 #include "seam/cpricedata.h"
 #include "seam/cquoteclient.h"
@@ -29,38 +29,15 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <cmath>
-
 namespace {
 
 const std::string kAccount = "SO001";
 
-// The at-the-money 50ETF call of the nearest month.
-std::shared_ptr<nqservice::CInstrumentDetail> atTheMoneyCall()
-{
-    TC::CExchangeClient* exchange = utils::CManualSingletonT<TC::CExchangeClient>::instance();
-    QMap<QString, QMap<QString, QStringList>> chains;
-    exchange->getStockOptionMap(chains);
-    const auto months = chains.value(QStringLiteral("510050.SH"));
-    const auto etf = exchange->getCodeInfo(QStringLiteral("510050.SH"));
-    std::shared_ptr<nqservice::CInstrumentDetail> best;
-    for (const QString& key : months.first()) {
-        const auto detail = exchange->getCodeInfo(key);
-        if (detail && detail->call && !detail->adjusted &&
-            (!best || std::fabs(detail->exercisePrice - etf->preClosePrice) <
-                          std::fabs(best->exercisePrice - etf->preClosePrice))) {
-            best = detail;
-        }
-    }
-    return best;
-}
-
 bool send(const std::shared_ptr<nqservice::CInstrumentDetail>& option, nqservice::EPriceType type, double price,
           long long volume)
 {
-    const auto center = nqservice::TraderCenter::instance();
     auto param = boost::make_shared<nqservice::CCodeOrderParam>();
-    param->account = center->getDataCenter()->getAccountData(utils::hash(kAccount))->getAccountInfo();
+    param->account = paperdesk::accountData(kAccount)->getAccountInfo();
     param->operationType = nqservice::OT_BUY_OPEN;
     param->stockInfo.market = option->market;
     param->stockInfo.code = option->code;
@@ -134,7 +111,7 @@ TEST_F(AccountsDockOnPaper, ThePaperAccountsShowTheirFundsAndHoldings)
 
 TEST_F(AccountsDockOnPaper, AFilledOrderShowsItsDealAndPositionAndAWorkingOneIsCancelledByItsButton)
 {
-    const auto call = atTheMoneyCall();
+    const auto call = paperdesk::atTheMoneyCall();
     ASSERT_TRUE(call);
     ASSERT_TRUE(send(call, nqservice::PT_OPPONENT, 0.0, 2));
     const std::string positionKey = kAccount + "|" + call->key() + "|48";
@@ -196,7 +173,7 @@ TEST_F(AccountsDockOnPaper, AFilledOrderShowsItsDealAndPositionAndAWorkingOneIsC
 
 TEST_F(AccountsDockOnPaper, APausedDeskRefusesOrdersAndSaysWhy)
 {
-    const auto call = atTheMoneyCall();
+    const auto call = paperdesk::atTheMoneyCall();
     ASSERT_TRUE(call);
     QAction* halt = window->findChild<QAction*>(QStringLiteral("actionHaltTrading"));
     ASSERT_NE(halt, nullptr);
