@@ -5,6 +5,7 @@
 #include "seam/ctimeservice.h"
 #include "seam/logger.h"
 
+#include <QApplication>
 #include <QMetaObject>
 
 #include <boost/make_shared.hpp>
@@ -20,7 +21,7 @@ CDeskMessageService::~CDeskMessageService() = default;
 
 boost::shared_ptr<nqservice::CMessage> CDeskMessageService::showQsMsg(const QString& text, TC::EMsgTypeDef type,
                                                                       nqservice::MsgLevel level, bool modal,
-                                                                      bool /*sound*/)
+                                                                      bool sound)
 {
     auto message = boost::make_shared<nqservice::CMessage>();
     message->messageId = std::to_string(m_nextId.fetch_add(1));
@@ -39,8 +40,11 @@ boost::shared_ptr<nqservice::CMessage> CDeskMessageService::showQsMsg(const QStr
     const nqservice::CMessage copy = *message;
     QMetaObject::invokeMethod(
         this,
-        [this, copy, modal] {
+        [this, copy, modal, sound] {
             m_model->addMessage(copy);
+            if (sound) {
+                QApplication::beep();
+            }
             emit sigMessage(QString::fromStdString(copy.text), copy.level, modal);
         },
         Qt::QueuedConnection);
