@@ -1,5 +1,7 @@
 #include "app/cdeskservices.h"
 
+#include "app/cdeskmessageservice.h"
+
 #include "seam/calculator.h"
 #include "seam/common.h"
 #include "seam/cexchangeclient.h"
@@ -64,6 +66,9 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
                                 ? config.marketStart
                                 : liveMarketStart(TC::exchangeDateTime(TC::CSystemTimeService().currentTime()));
     m_tradingDate = start.date();
+
+    // First in, last out: every service may have something to tell the trader.
+    utils::CManualSingletonT<TC::CMsgService>::install(new CDeskMessageService);
 
     m_clock = new market::CSimClock(start, 1.0);
     utils::CManualSingletonT<TC::CTimeService>::install(m_clock);
@@ -259,6 +264,7 @@ CDeskServices::~CDeskServices()
     utils::CSingletonT<TC::CUserManager>::destroy();
     utils::CSingletonT<TC::CConfig>::destroy();
     utils::CManualSingletonT<TC::CTimeService>::destroy();
+    utils::CManualSingletonT<TC::CMsgService>::destroy();
 }
 
 }  // namespace desk

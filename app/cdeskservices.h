@@ -1,6 +1,7 @@
 // The in-process services that the desk runs its panels on: the simulated
-// exchange and quote feed, the pricing calculator, the user's settings and
-// the paper broker with its trading services. It
+// exchange and quote feed, the pricing calculator, the user's settings, the
+// paper broker with its trading services and the message service (first
+// installed, last removed). It
 // installs them as the process's singletons at start and removes them at exit,
 // in the reverse order, after the feed's threads have ended.
 #pragma once

@@ -1,7 +1,11 @@
 #include "app/cdeskwindow.h"
 
+#include "app/caccountsdock.h"
+#include "app/cdeskmessageservice.h"
 #include "app/cgreeksimportsettingsdialog.h"
+#include "app/cmessagesmodel.h"
 #include "app/corderlimitsdialog.h"
+#include "app/crecordtable.h"
 
 #include "seam/logger.h"
 #include "seam/trading.h"
@@ -44,7 +48,9 @@ QString chromeStyle()
                "QStatusBar { background: %3; color: %6; } QStatusBar QLabel { color: %6; }"
                "QMainWindow::separator { background: %5; width: 2px; height: 2px; }"
                "QTabBar::tab { background: %3; color: %6; padding: 4px 12px; border: 1px solid %5; }"
-               "QTabBar::tab:selected { background: %4; color: %2; }")
+               "QTabBar::tab:selected { background: %4; color: %2; }"
+               // Tab bars and tab panes draw no base line or frame of the platform's light colour.
+               "QTabBar { qproperty-drawBase: 0; } QTabWidget::pane { border: none; }")
         .arg(c("clr_window_background"), c("clr_text_default"), c("clr_tab_header"), c("clr_table_background_selected"),
              c("clr_table_split_line"), c("clr_table_header_text")) +
            // Lists and views of the desk's own take the theme's scroll bars too.
@@ -64,6 +70,10 @@ CDeskWindow::CDeskWindow(CPanelFactory factory, const QString& configDir, int ti
     m_marketText = new QLabel(this);
     m_marketText->setObjectName(QStringLiteral("marketStatus"));
     statusBar()->addPermanentWidget(m_marketText, 1);
+    m_haltText = new QLabel(QStringLiteral("交易已暂停"), this);
+    m_haltText->setObjectName(QStringLiteral("tradingHaltStatus"));
+    m_haltText->hide();
+    statusBar()->addPermanentWidget(m_haltText);
     m_statusText = new QLabel(this);
     statusBar()->addPermanentWidget(m_statusText);
     buildMenus();
@@ -99,6 +109,7 @@ void CDeskWindow::buildMenus()
         COrderLimitsDialog dialog(this);
         dialog.exec();
     });
+    buildTradingMenu();
     QMenu* fileMenu = menuBar()->addMenu(QStringLiteral("布局"));
     connect(fileMenu->addAction(QStringLiteral("保存布局")), &QAction::triggered, this, [this] {
         QString error;
@@ -108,6 +119,119 @@ void CDeskWindow::buildMenus()
             notify(QStringLiteral("布局保存失败: ") + error);
         }
     });
+}
+
+void CDeskWindow::buildTradingMenu()
+{
+    QMenu* trading = menuBar()->addMenu(QStringLiteral("交易"));
+    trading->setObjectName(QStringLiteral("menuTrading"));
+    m_haltAction = trading->addAction(QStringLiteral("暂停交易"));
+    m_haltAction->setObjectName(QStringLiteral("actionHaltTrading"));
+    m_resumeAction = trading->addAction(QStringLiteral("恢复交易"));
+    m_resumeAction->setObjectName(QStringLiteral("actionResumeTrading"));
+    connect(m_haltAction, &QAction::triggered, this, [this] { setTradingHalted(true); });
+    connect(m_resumeAction, &QAction::triggered, this, [this] { setTradingHalted(false); });
+    updateHaltLook();
+}
+
+void CDeskWindow::setTradingHalted(bool halted)
+{
+    if (halted == m_halted) {
+        return;
+    }
+    m_halted = halted;
+    if (m_haltHandler) {
+        m_haltHandler(halted);
+    }
+    updateHaltLook();
+    const QString text = halted ? QStringLiteral("交易已暂停") : QStringLiteral("交易已恢复");
+    if (TC::CMsgService* messages = utils::CManualSingletonT<TC::CMsgService>::instance()) {
+        messages->showQsMsg(text, TC::MTD_OPERATION, halted ? nqservice::ML_WARNING : nqservice::ML_INFO, false,
+                            false);
+    } else {
+        NQ_LOG_INFO(text.toStdString());
+    }
+}
+
+void CDeskWindow::updateHaltLook()
+{
+    // Only the switch that applies can be pulled.
+    m_haltAction->setEnabled(!m_halted);
+    m_resumeAction->setEnabled(m_halted);
+    m_haltText->setVisible(m_halted);
+    m_haltText->setStyleSheet(
+        QStringLiteral("color: %1; font-weight: bold; padding: 0 8px;")
+            .arg(WG::CUiResource::get()->getColor(QStringLiteral("clr_text_warning"))->name()));
+}
+
+void CDeskWindow::addTradingDocks()
+{
+    if (m_accountsDock) {
+        return;
+    }
+    m_accountsDock = new QDockWidget(QStringLiteral("账户"), this);
+    m_accountsDock->setObjectName(QStringLiteral("dock_accounts"));
+    m_accountsDock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable |
+                                QDockWidget::DockWidgetClosable);
+    m_accounts = new CAccountsDock(m_accountsDock);
+    m_accountsDock->setWidget(m_accounts);
+
+    m_messageDock = new QDockWidget(QStringLiteral("消息"), this);
+    m_messageDock->setObjectName(QStringLiteral("dock_messages"));
+    m_messageDock->setFeatures(m_accountsDock->features());
+    CMessagesModel* messages = nullptr;
+    if (auto* service = dynamic_cast<CDeskMessageService*>(utils::CManualSingletonT<TC::CMsgService>::instance())) {
+        messages = service->model();
+        // A note that asks for attention shows in the status bar as well.
+        connect(service, &CDeskMessageService::sigMessage, this, [this](const QString& text, int, bool modal) {
+            if (modal) {
+                statusBar()->showMessage(text, 15000);
+            }
+        });
+    } else {
+        m_ownMessages = new CMessagesModel(500, this);
+        messages = m_ownMessages;
+    }
+    m_messageTable = new CRecordTable(990, messages, m_messageDock);
+    m_messageTable->setObjectName(QStringLiteral("messageTable"));
+    m_messageTable->setFlag(m_messageTable->flag() | WG::BTF_STRETCH_LAST);
+    m_messageTable->setColumnWidth(CMessagesModel::COL_TIME, 70);
+    m_messageTable->setColumnWidth(CMessagesModel::COL_LEVEL, 44);
+    m_messageDock->setWidget(m_messageTable);
+
+    placeTradingDocks();
+    if (QMenu* view = menuBar()->findChild<QMenu*>(QStringLiteral("menuView"))) {
+        view->addAction(m_accountsDock->toggleViewAction());
+        view->addAction(m_messageDock->toggleViewAction());
+    }
+}
+
+QDockWidget* CDeskWindow::accountsDock() const { return m_accountsDock; }
+
+QDockWidget* CDeskWindow::messageDock() const { return m_messageDock; }
+
+void CDeskWindow::placeTradingDocks()
+{
+    m_accountsDock->setFloating(false);
+    m_messageDock->setFloating(false);
+    addDockWidget(Qt::BottomDockWidgetArea, m_accountsDock);
+    tabifyDockWidget(m_accountsDock, m_messageDock);
+    m_accountsDock->show();
+    m_messageDock->show();
+    m_accountsDock->raise();
+    // Room for a few rows by default; a saved layout brings the trader's own height.
+    resizeDocks({m_accountsDock}, {240}, Qt::Vertical);
+}
+
+bool CDeskWindow::stateNamesDock(const QByteArray& state, const QString& objectName)
+{
+    // QMainWindow::saveState() writes object names as QDataStream strings: UTF-16, big-endian.
+    QByteArray name;
+    for (const QChar c : objectName) {
+        name.append(static_cast<char>(c.unicode() >> 8));
+        name.append(static_cast<char>(c.unicode() & 0xff));
+    }
+    return state.contains(name);
 }
 
 void CDeskWindow::restore(const QString& themeOverride)
@@ -140,6 +264,8 @@ void CDeskWindow::restore(const QString& themeOverride)
     for (const QString& name : names) {
         addPanel(name);
     }
+    // Before the dock state is restored, so it finds them by name.
+    addTradingDocks();
     for (const Docked& docked : m_panels) {
         docked.panel->setParam(layout.panelParams.value(docked.name));
         if (QComboBox* selector = underlyingSelector(docked.panel)) {
@@ -155,6 +281,11 @@ void CDeskWindow::restore(const QString& themeOverride)
     }
     if (!layout.dockState.isEmpty() && !restoreState(layout.dockState)) {
         notify(QStringLiteral("保存的停靠布局无法恢复, 使用默认布局"));
+    }
+    // A layout saved before the trading docks existed leaves them where Qt puts
+    // strangers; they go back to their default place, tabbed at the bottom.
+    if (!layout.dockState.isEmpty() && !stateNamesDock(layout.dockState, m_accountsDock->objectName())) {
+        placeTradingDocks();
     }
     QString theme = themeOverride.isEmpty() ? layout.theme : themeOverride;
     applyTheme(theme == kLight ? kLight : kDark);
@@ -288,6 +419,7 @@ void CDeskWindow::applyTheme(const QString& theme)
     }
     m_theme = theme;
     setStyleSheet(chromeStyle());
+    updateHaltLook();
     for (QAction* action : findChildren<QAction*>(QStringLiteral("theme_") + theme)) {
         action->setChecked(true);
     }

@@ -1,6 +1,7 @@
-// The desk's main window: docks the panels, drives them by one timer, hands
-// them their saved state, trade type and accounts, switches themes, and saves
-// the layout and every panel's parameter string.
+// The desk's main window: docks the panels, the accounts dock and the message
+// area, drives the panels by one timer, hands them their saved state, trade type
+// and accounts, switches themes, holds the trading kill switch (menu "交易"), and
+// saves the layout and every panel's parameter string.
 #pragma once
 
 #include "app/cdesklayoutstore.h"
@@ -23,6 +24,10 @@ class ITradeDockableWidget;
 }
 
 namespace desk {
+
+class CAccountsDock;
+class CMessagesModel;
+class CRecordTable;
 
 class CDeskWindow : public QMainWindow {
     Q_OBJECT
@@ -49,6 +54,20 @@ public:
     void setHostTick(std::function<void()> work) { m_hostTick = std::move(work); }
     void setMarketStatus(std::function<QString()> text) { m_marketStatus = std::move(text); }
 
+    // Called with true when the trader pauses trading ("暂停交易") and false when
+    // trading resumes ("恢复交易"); the host makes the broker refuse new orders.
+    void setTradingHaltHandler(std::function<void(bool halted)> handler) { m_haltHandler = std::move(handler); }
+    // Pauses or resumes trading as the menu does: calls the handler, flips the
+    // menu, shows the state in the status bar and posts a message.
+    void setTradingHalted(bool halted);
+    bool tradingHalted() const { return m_halted; }
+
+    // The accounts dock ("账户") and the message area ("消息"); null before restore().
+    CAccountsDock* accounts() const { return m_accounts; }
+    QDockWidget* accountsDock() const;
+    QDockWidget* messageDock() const;
+    CRecordTable* messageTable() const { return m_messageTable; }
+
     TC::ITradeDockableWidget* panel(const QString& name) const;
     // Shows a panel's dock and brings it to the front of its tabs; false for an unknown name.
     bool showPanel(const QString& name);
@@ -63,6 +82,13 @@ protected:
 
 private:
     void buildMenus();
+    void buildTradingMenu();
+    // The accounts dock and the message area, tabbed at the bottom.
+    void addTradingDocks();
+    void placeTradingDocks();
+    // Whether a saved dock state knows a dock of this object name.
+    static bool stateNamesDock(const QByteArray& state, const QString& objectName);
+    void updateHaltLook();
     void addPanel(const QString& name);
     void onTick();
     void notify(const QString& text);
@@ -93,6 +119,17 @@ private:
     std::function<QString()> m_marketStatus;
     int m_ticks = 0;
     int m_nextWidgetID = 1;
+
+    std::function<void(bool)> m_haltHandler;
+    bool m_halted = false;
+    QAction* m_haltAction = nullptr;
+    QAction* m_resumeAction = nullptr;
+    QLabel* m_haltText = nullptr;
+    CAccountsDock* m_accounts = nullptr;
+    QPointer<QDockWidget> m_accountsDock;
+    QPointer<QDockWidget> m_messageDock;
+    CRecordTable* m_messageTable = nullptr;
+    CMessagesModel* m_ownMessages = nullptr;  // when the desk runs without its message service
 };
 
 }  // namespace desk

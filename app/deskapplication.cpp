@@ -92,6 +92,7 @@ int runDesk(int argc, char** argv)
         CDeskWindow window(CPanelFactory::withBuiltins(), options.configDir, options.tickMs);
         window.setHostTick([&services] { services.checkTradingDate(); });
         window.setMarketStatus([&services] { return services.statusText(); });
+        window.setTradingHaltHandler([&services](bool halted) { services.setTradingHalted(halted); });
         window.restore(options.theme);
         if (!options.showPanel.isEmpty() && !window.showPanel(options.showPanel)) {
             printError(QStringLiteral("there is no panel \"%1\"; the panels are: %2")

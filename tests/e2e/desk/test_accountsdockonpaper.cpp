@@ -1,0 +1,190 @@
+// The accounts dock, the message area and the kill switch of the desk on the
+// paper broker: what a trader sends shows in the dock, a working order is
+// cancelled by its button, and a paused desk says why it refuses.
+#include "app/caccountsdock.h"
+#include "app/cdeskmessageservice.h"
+#include "app/cdeskservices.h"
+#include "app/cdeskwindow.h"
+#include "app/cdealstablemodel.h"
+#include "app/cfundstablemodel.h"
+#include "app/cmessagesmodel.h"
+#include "app/corderstablemodel.h"
+#include "app/cpositionstablemodel.h"
+#include "app/crecordtable.h"
+#include "e2e/desk/paperdesk.h"
+#include "seam/common.h"
+#include "seam/cpricedata.h"
+#include "seam/cquoteclient.h"
+#include "seam/trading.h"
+#include "support/testsupport.h"
+#include "toolkit/cbasetablecolumnpushbuttondelegate.h"
+#include "toolkit/cuiresource.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QDockWidget>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+const std::string kAccount = "SO001";
+
+bool send(const std::shared_ptr<nqservice::CInstrumentDetail>& option, nqservice::EPriceType type, double price,
+          long long volume)
+{
+    auto param = boost::make_shared<nqservice::CCodeOrderParam>();
+    param->account = paperdesk::accountData(kAccount)->getAccountInfo();
+    param->operationType = nqservice::OT_BUY_OPEN;
+    param->stockInfo.market = option->market;
+    param->stockInfo.code = option->code;
+    param->priceType = type;
+    param->price = price;
+    param->volume = volume;
+    std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>> params = {param};
+    return utils::CManualSingletonT<TC::COvCommandCenter>::instance()->createCommand(
+        nqservice::VQ_TRADER_TYPE_STOCK_OPTION, nqservice::VQ_HEDGE_TYPE_NONE, params, {{kAccount, 1.0}},
+        nqservice::VQ_STOP_LOSS_NONE, false, true, TC::COvCommandCenter::CommandCallback(), bson::BSONObj(), "");
+}
+
+class AccountsDockOnPaper : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        utils::CSingletonT<WG::CUiResource>::destroy();
+        desk::DeskServicesConfig config;
+        config.configDir = dir.path();
+        config.seed = 11;
+        config.quoteRate = 4.0;
+        config.marketStart = QDateTime(QDate(2026, 11, 23), QTime(10, 0));
+        services = std::make_unique<desk::CDeskServices>(config);
+        window = std::make_unique<desk::CDeskWindow>(desk::CPanelFactory(), dir.path(), 50);
+        window->setTradingHaltHandler([this](bool halted) { services->setTradingHalted(halted); });
+        window->restore();
+        window->resize(2200, 700);
+        window->show();
+    }
+    void TearDown() override
+    {
+        window.reset();
+        services.reset();
+        utils::CSingletonT<WG::CUiResource>::destroy();
+    }
+    desk::CAccountsDock* dock() const { return window->accounts(); }
+    desk::CMessagesModel* messages() const
+    {
+        return dynamic_cast<desk::CDeskMessageService*>(utils::CManualSingletonT<TC::CMsgService>::instance())->model();
+    }
+    bool messageShown(const QString& text) const
+    {
+        for (int row = 0; row < messages()->rowCount(); ++row) {
+            if (messages()->index(row, desk::CMessagesModel::COL_TEXT).data().toString().contains(text)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    QTemporaryDir dir;
+    std::unique_ptr<desk::CDeskServices> services;
+    std::unique_ptr<desk::CDeskWindow> window;
+};
+
+}  // namespace
+
+TEST_F(AccountsDockOnPaper, ThePaperAccountsShowTheirFundsAndHoldings)
+{
+    ASSERT_NE(dock(), nullptr);
+    ASSERT_TRUE(testsupport::waitUntil([&] { return dock()->fundsModel()->rowCount() == 3; }));
+    const int row = dock()->fundsModel()->rowOfKey(kAccount);
+    ASSERT_GE(row, 0);
+    EXPECT_FALSE(dock()->fundsModel()->index(row, desk::CFundsTableModel::COL_AVAILABLE).data().toString().isEmpty());
+    // The ETF shares held for covered calls are long rows of the fund.
+    const int etf = dock()->positionsModel()->rowOfKey(kAccount + "|510050.SH|48");
+    ASSERT_GE(etf, 0);
+    EXPECT_EQ(dock()->positionsModel()->index(etf, desk::CPositionsTableModel::COL_DIRECTION).data().toString(),
+              QStringLiteral("权利仓"));
+}
+
+TEST_F(AccountsDockOnPaper, AFilledOrderShowsItsDealAndPositionAndAWorkingOneIsCancelledByItsButton)
+{
+    const auto call = paperdesk::atTheMoneyCall();
+    ASSERT_TRUE(call);
+    ASSERT_TRUE(send(call, nqservice::PT_OPPONENT, 0.0, 2));
+    const std::string positionKey = kAccount + "|" + call->key() + "|48";
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] {
+            const int row = dock()->positionsModel()->rowOfKey(positionKey);
+            return row >= 0 &&
+                   dock()->positionsModel()->index(row, desk::CPositionsTableModel::COL_VOLUME).data().toString() ==
+                       QStringLiteral("2");
+        },
+        10000));
+    EXPECT_GE(dock()->dealsModel()->rowCount(), 1);
+    EXPECT_EQ(dock()->ordersModel()->index(0, desk::COrdersTableModel::COL_STATUS).data().toString(),
+              QStringLiteral("已成"));
+
+    // A buy at the day's lowest allowed price waits in the book.
+    const auto quote = utils::CManualSingletonT<TC::CQuoteClient>::instance()->getStockPrice(
+        QString::fromStdString(call->key()));
+    ASSERT_TRUE(quote);
+    ASSERT_TRUE(utils::isUsable(quote->downStopPrice));
+    ASSERT_TRUE(send(call, nqservice::PT_FIX, quote->downStopPrice, 1));
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] {
+            return dock()->ordersModel()->rowCount() == 2 &&
+                   dock()->cancelButtons()->itemVisible(dock()->ordersModel()->keyOf(0));
+        },
+        10000));
+    const std::string working = dock()->ordersModel()->keyOf(0);
+    desk::CRecordTable* table = dock()->table(desk::CAccountsDock::TAB_ORDERS);
+    dock()->tabs()->setCurrentIndex(desk::CAccountsDock::TAB_ORDERS);
+    window->accountsDock()->raise();
+    const int row = dock()->ordersModel()->rowOfKey(working);
+    table->tableView()->scrollTo(table->tableView()->model()->index(row, desk::COrdersTableModel::COL_CANCEL));
+    const QRect cell = table->cellRect(row, desk::COrdersTableModel::COL_CANCEL);
+    ASSERT_FALSE(cell.isEmpty());
+    QTest::mouseClick(table->tableView()->viewport(), Qt::LeftButton, {}, cell.center());
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] {
+            const int at = dock()->ordersModel()->rowOfKey(working);
+            return dock()->ordersModel()->index(at, desk::COrdersTableModel::COL_STATUS).data().toString() ==
+                   QStringLiteral("已撤");
+        },
+        10000));
+    EXPECT_FALSE(dock()->cancelButtons()->itemVisible(working));
+
+    // Where the desk is worth a look: OPTDESK_SHOT_DIR keeps a picture of each tab.
+    const QString shots = qEnvironmentVariable("OPTDESK_SHOT_DIR");
+    if (!shots.isEmpty()) {
+        for (const QString& theme : {QStringLiteral("dark"), QStringLiteral("light")}) {
+            window->applyTheme(theme);
+            for (int tab = 0; tab < desk::CAccountsDock::TAB_COUNT; ++tab) {
+                dock()->tabs()->setCurrentIndex(tab);
+                QCoreApplication::processEvents();
+                window->grab().save(QStringLiteral("%1/paper-%2-%3.png").arg(shots, theme).arg(tab));
+            }
+        }
+    }
+}
+
+TEST_F(AccountsDockOnPaper, APausedDeskRefusesOrdersAndSaysWhy)
+{
+    const auto call = paperdesk::atTheMoneyCall();
+    ASSERT_TRUE(call);
+    QAction* halt = window->findChild<QAction*>(QStringLiteral("actionHaltTrading"));
+    ASSERT_NE(halt, nullptr);
+    halt->trigger();
+    ASSERT_TRUE(testsupport::waitUntil([&] { return messageShown(QStringLiteral("交易已暂停")); }));
+    send(call, nqservice::PT_OPPONENT, 0.0, 1);
+    ASSERT_TRUE(testsupport::waitUntil([&] { return messageShown(QStringLiteral("委托被拒绝: 交易已暂停")); }, 10000));
+    EXPECT_EQ(dock()->positionsModel()->rowOfKey(kAccount + "|" + call->key() + "|48"), -1);
+
+    window->findChild<QAction*>(QStringLiteral("actionResumeTrading"))->trigger();
+    ASSERT_TRUE(send(call, nqservice::PT_OPPONENT, 0.0, 1));
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] { return dock()->positionsModel()->rowOfKey(kAccount + "|" + call->key() + "|48") >= 0; }, 10000));
+}
