@@ -2,6 +2,10 @@
 // press of "开", the dialog at the mouse, a confirm, a fill in the account's
 // tables; the question above the limit per order; the ladder's one-click
 // orders spread over the group; "全撤" and the overlay of net positions.
+#include "app/caccountrecordmodel.h"
+#include "app/caccountsdock.h"
+#include "app/cdealstablemodel.h"
+#include "app/corderstablemodel.h"
 #include "app/cdeskservices.h"
 #include "app/cdeskwindow.h"
 #include "board/coptionpricetpanel.h"
@@ -117,6 +121,21 @@ TEST_F(PaperOrders, TheFirstPressOrdersAndTheOrderFillsOnPaper)
         [&] { return volumeOf("SO001", call->code) + volumeOf("SO002", call->code) == 2; }, 10000))
         << "the order reached the broker and filled";
     EXPECT_EQ(allOrders(), 1u);
+    // The accounts dock shows the order, its deal and the position.
+    desk::CAccountsDock* dock = window->accounts();
+    ASSERT_NE(dock, nullptr);
+    std::string orderKey;
+    for (const std::string account : {"SO001", "SO002"}) {
+        if (!ordersOf(account).empty()) {
+            orderKey = ordersOf(account).front()->getKey();
+        }
+    }
+    ASSERT_TRUE(testsupport::waitUntil([&] { return dock->ordersModel()->rowOfKey(orderKey) >= 0; }, 5000));
+    const auto shown = boost::dynamic_pointer_cast<nqservice::COrderDetail>(
+        dock->ordersModel()->record(dock->ordersModel()->rowOfKey(orderKey)));
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->status, nqservice::OS_FILLED);
+    EXPECT_GE(dock->dealsModel()->rowCount(), 1);
     // The board stands on the group: its 仓差 column nets both accounts, live.
     EXPECT_TRUE(testsupport::waitUntil([&] { return table->itemText(row, 14) == QStringLiteral("2"); }, 5000))
         << table->itemText(row, 14).toStdString();
