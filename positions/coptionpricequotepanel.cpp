@@ -387,19 +387,19 @@ void COptionPriceQuotePanel::updateInstrumentInfo(const boost::shared_ptr<TC::CP
     const QString invalid = QString::fromUtf8(kInvalidText);
     const QString riseKey = QString::fromLatin1(getStockColorKey(price->changeAmount, 0));
     if (priceLabel != nullptr && !utils::isAbsent(price->lastPrice)) {
-        priceLabel->setText(WG::formatDoubleNumber(price->lastPrice, 4, flags, false, invalid), 100000);
+        priceLabel->setText(WG::formatDoubleNumber(price->lastPrice, 4, flags, false, invalid));
         priceLabel->setColorKey(riseKey);
     }
     if (changeLabel != nullptr && !utils::isAbsent(price->changeAmount)) {
-        changeLabel->setText(WG::formatDoubleNumber(price->changeAmount, 3, flags, false, invalid), 100000);
+        changeLabel->setText(WG::formatDoubleNumber(price->changeAmount, 3, flags, false, invalid));
         changeLabel->setColorKey(riseKey);
     }
     if (ratioLabel != nullptr && !utils::isAbsent(price->changeRatio)) {
-        ratioLabel->setText(WG::formatDoubleNumber(price->changeRatio, 2, utils::FNF_PERCENT, false, invalid), 100000);
+        ratioLabel->setText(WG::formatDoubleNumber(price->changeRatio, 2, utils::FNF_PERCENT, false, invalid));
         ratioLabel->setColorKey(riseKey);
     }
     if (volumeLabel != nullptr && price->volume != utils::kAbsentInt) {
-        volumeLabel->setText(WG::formatIntNumber(price->volume, 0, flags), 100000);
+        volumeLabel->setText(WG::formatIntNumber(price->volume, 0, flags));
         volumeLabel->setColorKey(QStringLiteral("tc_clr_priceT_total"));
     }
     if (toolBar != nullptr) {
@@ -472,8 +472,9 @@ int COptionPriceQuotePanel::getPriceQuoteHeaderWidth(int month) const
     const int first = S::columnOf(month, 0);
     for (int column = first; column < first + S::kMonthColumns && column < table->columnCount(); ++column) {
         if (table->columnVisible(column) && table->colListVisible(column)) {
-            // Neighbouring columns share their grid line.
-            width += table->columnWidth(column) - 1;
+            // The toolkit's columns lie side by side, each with its own grid line, so
+            // the cell is exactly as wide as its visible columns and stays over them.
+            width += table->columnWidth(column);
         }
     }
     return width;

@@ -136,13 +136,15 @@ TEST_F(PriceQuotePanel, HeaderHasACellPerMonthAsWideAsItsVisibleColumns)
     for (int month = 0; month < 3; ++month) {
         int expected = 0;
         for (int sub = 0; sub <= S::PQ_BID; ++sub) {
-            expected += table()->columnWidth(S::columnOf(month, sub)) - 1;
+            expected += table()->columnWidth(S::columnOf(month, sub));
         }
         EXPECT_EQ(panel->getPriceQuoteHeaderWidth(month), expected);
         EXPECT_GT(expected, 0);
         TC::CPriceQuoteHeaderCell* cell = header->getMonthCells().at(month);
         EXPECT_EQ(cell->width(), expected) << month;
         EXPECT_EQ(cell->x(), x) << month;
+        // Over its block: where the month's first column begins in the table.
+        EXPECT_EQ(cell->x(), table()->tableView()->columnViewportPosition(S::columnOf(month, 0))) << month;
         x += cell->width();
     }
 }
@@ -171,6 +173,7 @@ TEST_F(PriceQuotePanel, TheHeaderScrollsWithTheTable)
     TC::CPriceQuoteHeader* header = panel->getHeader();
     EXPECT_EQ(header->getScrollOffset(), -100);
     EXPECT_EQ(header->getMonthCells().at(0)->x(), header->getFirstColumnWidth() - 100);
+    EXPECT_EQ(header->getMonthCells().at(1)->x(), table()->tableView()->columnViewportPosition(S::columnOf(1, 0)));
     // Scrolled cells slip beneath the fixed cell, which stays on top.
     EXPECT_EQ(header->children().last(), header->getFixedCell());
     bar->setValue(0);
