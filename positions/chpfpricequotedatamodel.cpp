@@ -28,15 +28,8 @@ int CHpfPriceQuoteDataModel::customSort(const WG::IBaseHpfTableDataPtr& left,
     if (sortColumn() != 0 || !left || !right) {
         return 0;
     }
-    // The key is a display text ("2.9500", "10.0000"): compared as numbers.
-    bool leftOk = false;
-    bool rightOk = false;
-    const double a = left->textValue(0).toDouble(&leftOk);
-    const double b = right->textValue(0).toDouble(&rightOk);
-    if (!leftOk || !rightOk) {
-        return 0;
-    }
-    return a < b ? -1 : (a > b ? 1 : 0);
+    // The key is a display text ("2.9500", "10.0000", "2.9500A"): compared as numbers.
+    return CPriceQuoteSchema::compareRowKeys(left->textValue(0), right->textValue(0));
 }
 
 CHpfPriceQuoteDataPtr CHpfPriceQuoteDataModel::rowOfStrike(const QString& key) const

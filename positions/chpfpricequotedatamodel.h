@@ -19,7 +19,8 @@ public:
     bool columnFlashChange(int column) const override;
     const QColor* getBackgroundColor(int column) const override;
     int columnFlag(int column) const override;
-    // Strikes in numeric order, whatever their text: "10.0000" after "9.5000".
+    // Strikes in numeric order, whatever their text: "10.0000" after "9.5000", an
+    // adjusted contract's "2.9500A" after "2.9500".
     int customSort(const WG::IBaseHpfTableDataPtr& left, const WG::IBaseHpfTableDataPtr& right) const override;
 
     // The row of a strike key, null when none.

@@ -284,7 +284,7 @@ void COptionPriceQuotePanel::initTableData(const std::shared_ptr<nqservice::CIns
     if (!detail || client == nullptr || model == nullptr) {
         return;
     }
-    const QString rowKey = client->getExercisePrice(detail);
+    const QString rowKey = S::rowKey(client->getExercisePrice(detail), detail->adjusted);
     CHpfPriceQuoteDataPtr row = model->rowOfStrike(rowKey);
     const bool existed = row != nullptr;
     if (!existed) {
@@ -418,7 +418,7 @@ void COptionPriceQuotePanel::updateTableData(const boost::shared_ptr<TC::CPriceD
     if (!detail) {
         return;
     }
-    const CHpfPriceQuoteDataPtr row = model->rowOfStrike(client->getExercisePrice(detail));
+    const CHpfPriceQuoteDataPtr row = model->rowOfStrike(S::rowKey(client->getExercisePrice(detail), detail->adjusted));
     if (!row) {
         return;
     }

@@ -72,6 +72,32 @@ bool CPriceQuoteSchema::flashSubIndex(int subIndex)
     return subIndex == PQ_LAST || subIndex == PQ_CHANGE_RATIO || subIndex == PQ_CHANGE || subIndex == PQ_BID;
 }
 
+QString CPriceQuoteSchema::rowKey(const QString& strikeText, bool adjusted)
+{
+    return adjusted && !strikeText.isEmpty() ? strikeText + QLatin1Char('A') : strikeText;
+}
+
+int CPriceQuoteSchema::compareRowKeys(const QString& left, const QString& right)
+{
+    auto split = [](const QString& key, double& number, bool& adjusted) {
+        adjusted = key.endsWith(QLatin1Char('A'));
+        bool ok = false;
+        number = (adjusted ? key.left(key.size() - 1) : key).toDouble(&ok);
+        return ok;
+    };
+    double a = 0.0;
+    double b = 0.0;
+    bool leftAdjusted = false;
+    bool rightAdjusted = false;
+    if (!split(left, a, leftAdjusted) || !split(right, b, rightAdjusted)) {
+        return QString::compare(left, right);
+    }
+    if (a != b) {
+        return a < b ? -1 : 1;
+    }
+    return int(leftAdjusted) - int(rightAdjusted);
+}
+
 QString CPriceQuoteSchema::monthCellText(const QString& month, int remainDays)
 {
     return QStringLiteral("%1年%2月(%3天)").arg(month.left(4), month.mid(4, 2)).arg(remainDays);

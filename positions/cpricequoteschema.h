@@ -65,6 +65,13 @@ public:
     static bool boldColumn(int column) { return subIndexOf(column) != PQ_STYLE; }
     // The sub-indexes whose change flashes: the last price, the ratio, the change, the bid.
     static bool flashSubIndex(int subIndex);
+    // The row key of an option: the exchange's strike text, with "A" after an
+    // adjusted contract, whose strike text may equal a standard contract's: the
+    // two keep rows of their own rather than overwrite each other's cells.
+    static QString rowKey(const QString& strikeText, bool adjusted);
+    // The order of two row keys by the number of the strike, a standard
+    // contract before an adjusted one of the same strike: <0, 0, >0.
+    static int compareRowKeys(const QString& left, const QString& right);
     // The text of a month's cell of the header strip: "2026年12月(33天)" for month
     // text "20261223" and 33 remaining days.
     static QString monthCellText(const QString& month, int remainDays);

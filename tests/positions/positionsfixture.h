@@ -1,5 +1,6 @@
 // The price quote panel on the board tests' services: the fixed 50ETF universe
-// with a second underlying, 300ETF, that has a single month.
+// with a second underlying, 300ETF, that has a single month and, beside its
+// standard call at 4.0, an adjusted call of the same strike.
 #pragma once
 
 #include "board/boardfixture.h"
@@ -25,6 +26,11 @@ inline market::TInstrumentList universeWithTwoUnderlyings()
     put.code = "10000052";
     put.call = false;
     list.push_back(boardtest::option(put));
+    boardtest::OptionSpec adjusted = call;
+    adjusted.code = "10000053";
+    adjusted.adjusted = true;
+    adjusted.unit = 10265.0;
+    list.push_back(boardtest::option(adjusted));
     return list;
 }
 

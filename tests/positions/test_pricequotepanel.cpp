@@ -195,7 +195,11 @@ TEST_F(PriceQuotePanel, MonthCellsGrowNeverShrinkAndSpareOnesHide)
     EXPECT_FALSE(header->getMonthCells().at(0)->isHidden());
     EXPECT_TRUE(header->getMonthCells().at(1)->isHidden());
     EXPECT_TRUE(header->getMonthCells().at(2)->isHidden());
-    EXPECT_EQ(shownStrikes(), QStringList{"4.0000"});
+    // The adjusted call of the same strike keeps a row of its own.
+    EXPECT_EQ(shownStrikes(), (QStringList{"4.0000", "4.0000A"}));
+    EXPECT_EQ(row(QStringLiteral("4.0000"))->displayText(S::columnOf(0, S::PQ_CODE)), QStringLiteral("10000051.SH"));
+    EXPECT_EQ(row(QStringLiteral("4.0000A"))->displayText(S::columnOf(0, S::PQ_CODE)), QStringLiteral("10000053.SH"));
+    EXPECT_EQ(row(QStringLiteral("4.0000A"))->displayText(S::columnOf(0, S::PQ_UNIT)), QStringLiteral("10265"));
     EXPECT_EQ(panel->valueLabel(TC::COptionPriceQuotePanel::PQC_NAME)->getText(), QStringLiteral("300ETF"));
     panel->getUnderlyingCombo()->setCurrentIndex(panel->getUnderlyingCombo()->findData(QStringLiteral("510050.SH")));
     EXPECT_EQ(header->getMonthCells().size(), 3);

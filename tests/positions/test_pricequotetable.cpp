@@ -119,7 +119,7 @@ TEST_F(PriceQuoteTable, StrikesSortAsNumbers)
 {
     model.monthCount = 1;
     table->setDataModel(&model);
-    for (const char* strike : {"10.0000", "9.5000", "2.9000", "12.5000"}) {
+    for (const char* strike : {"10.0000", "9.5000", "2.9000A", "2.9000", "12.5000"}) {
         addRow(QString::fromLatin1(strike));
     }
     table->sortByColumn(0, 0);
@@ -127,7 +127,7 @@ TEST_F(PriceQuoteTable, StrikesSortAsNumbers)
     for (int position = 0; position < table->realRowCount(); ++position) {
         order << table->itemText(table->rowID(position), 0);
     }
-    EXPECT_EQ(order, (QStringList{"2.9000", "9.5000", "10.0000", "12.5000"}));
+    EXPECT_EQ(order, (QStringList{"2.9000", "2.9000A", "9.5000", "10.0000", "12.5000"}));
 }
 
 TEST_F(PriceQuoteTable, ColoursComeFromTheTheme)

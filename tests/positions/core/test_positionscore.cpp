@@ -96,6 +96,18 @@ TEST(PriceQuoteSchema, MonthCellText)
     EXPECT_EQ(S::monthCellText(QStringLiteral("20261223"), 33), QStringLiteral("2026年12月(33天)"));
 }
 
+TEST(PriceQuoteSchema, AdjustedContractsKeyTheirOwnRowsAndStrikesSortAsNumbers)
+{
+    EXPECT_EQ(S::rowKey(QStringLiteral("2.9500"), false), QStringLiteral("2.9500"));
+    EXPECT_EQ(S::rowKey(QStringLiteral("2.9500"), true), QStringLiteral("2.9500A"));
+    EXPECT_EQ(S::rowKey(QString(), true), QString());
+    EXPECT_LT(S::compareRowKeys(QStringLiteral("9.5000"), QStringLiteral("10.0000")), 0);
+    EXPECT_GT(S::compareRowKeys(QStringLiteral("10.0000"), QStringLiteral("9.5000")), 0);
+    EXPECT_LT(S::compareRowKeys(QStringLiteral("2.9500"), QStringLiteral("2.9500A")), 0);
+    EXPECT_LT(S::compareRowKeys(QStringLiteral("2.9500A"), QStringLiteral("3.0000")), 0);
+    EXPECT_EQ(S::compareRowKeys(QStringLiteral("2.9500"), QStringLiteral("2.9500")), 0);
+}
+
 TEST(PriceQuoteRow, StartsAbsentInEveryMonth)
 {
     const CPriceQuoteRow row(QStringLiteral("3.0000"), 2);
