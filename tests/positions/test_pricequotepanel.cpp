@@ -19,6 +19,8 @@
 #include <QScrollBar>
 #include <QTableView>
 
+#include <thread>
+
 namespace {
 
 using positionstest::PriceQuoteTest;
@@ -262,6 +264,26 @@ TEST_F(PriceQuotePanel, AHiddenPanelDoesNoWorkAndKeepsTheNewestPerKey)
     EXPECT_EQ(panel->pendingPriceCount(), 0);
     EXPECT_EQ(row(QStringLiteral("3.0000"))->displayText(1), QStringLiteral("0.1300"));
     EXPECT_EQ(row(QStringLiteral("3.1000"))->displayText(1), QStringLiteral("0.0500"));
+}
+
+TEST_F(PriceQuotePanel, QuotesFromAServiceThreadMeetTheTickUnderTheLock)
+{
+    start();
+    std::thread feed([this] {
+        for (int i = 1; i <= 2000; ++i) {
+            publish(quote("10000011", 0.1 + 0.0001 * i, 0.1));
+            publish(quote("10000012", 0.05 + 0.0001 * i, 0.05));
+        }
+    });
+    for (int tick = 0; tick < 200; ++tick) {
+        panel->onTimer(TC::TUF_QUOTE);
+        EXPECT_LE(panel->pendingPriceCount(), 2) << "one entry per key at most";
+    }
+    feed.join();
+    panel->onTimer(TC::TUF_QUOTE);
+    EXPECT_EQ(panel->pendingPriceCount(), 0);
+    EXPECT_EQ(row(QStringLiteral("3.0000"))->displayText(1), QStringLiteral("0.3000")) << "the newest wins";
+    EXPECT_EQ(row(QStringLiteral("3.1000"))->displayText(1), QStringLiteral("0.2500"));
 }
 
 TEST_F(PriceQuotePanel, WithAnEmptyUnderlyingATickClearsTheLabelsAndNothingElse)
