@@ -6,7 +6,16 @@
 
 #include "toolkit/cstandardhpftable.h"
 
+#include <vector>
+
 namespace TC {
+
+// Cells of one row, columns first to last, that changed in place.
+struct CPriceQuoteCellSpan {
+    int row = 0;
+    int first = 0;
+    int last = 0;
+};
 
 class CHpfPriceQuoteDataTable : public WG::CStandardHpfTable {
     Q_OBJECT
@@ -22,6 +31,10 @@ public:
     // Shows the columns of the stored view again, after the columns changed.
     void applyView();
     int getView() const { return view; }
+    // Repaints just these cells of rows changed in place; the list is emptied.
+    // Adjacent rows merge into runs, and past a few runs one range covers them
+    // all, which costs less than the signals.
+    void updateCells(std::vector<CPriceQuoteCellSpan>& spans);
 
 private:
     int view = 0;

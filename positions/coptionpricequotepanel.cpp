@@ -213,6 +213,7 @@ void COptionPriceQuotePanel::reloadTableData()
     table->clear();
     monthColumns.clear();
     flashingRows.clear();
+    changedCells.clear();
     header->setMonths(QStringList());
 
     const QString key = underlyingCombo != nullptr ? underlyingCombo->currentData(Qt::UserRole).toString() : QString();
@@ -349,10 +350,10 @@ void COptionPriceQuotePanel::onTimer(QFlags<TC::ETimerUpdateFlag>)
         }
         table->updateTable();
     } else if (flashEnded) {
-        // Only the look of flashing cells changed: the rows know nothing new.
-        model->notifyChanged();
         table->updateTable();
     }
+    // Rows change in place: only the cells that a quote or a flash's end touched repaint.
+    table->updateCells(changedCells);
 }
 
 bool COptionPriceQuotePanel::clearFlashDataOnTimer()
@@ -368,7 +369,15 @@ bool COptionPriceQuotePanel::clearFlashDataOnTimer()
             it = flashingRows.erase(it);
             continue;
         }
-        ended |= CPriceQuoteRowBuilder::clearFlashStamps(*row, now);
+        int first = model->columnCount();
+        int last = -1;
+        if (CPriceQuoteRowBuilder::clearFlashStamps(*row, now, &first, &last)) {
+            ended = true;
+            const int position = model->rowOfKey(row->keyString());
+            if (position >= 0) {
+                changedCells.push_back(CPriceQuoteCellSpan{position, first, last});
+            }
+        }
         if (row->flashStamps.empty()) {
             it = flashingRows.erase(it);
         } else {
@@ -426,10 +435,21 @@ void COptionPriceQuotePanel::updateTableData(const boost::shared_ptr<TC::CPriceD
     if (month == monthColumns.constEnd() || month.value() >= model->monthCount) {
         return;
     }
+    const bool wasInTheMoney = row->inTheMoney;
     if (CPriceQuoteRowBuilder::applyQuote(*row, month.value(), *price, detail, utils::clockMSec())) {
         flashingRows.insert(row->strikeKey, true);
     }
-    model->updateData(row);
+    // The row changed in place. Its month's block repaints; the whole row when
+    // its in-the-money shading, which all its months share, turned.
+    const int position = model->rowOfKey(row->keyString());
+    if (position >= 0) {
+        if (row->inTheMoney != wasInTheMoney) {
+            changedCells.push_back(CPriceQuoteCellSpan{position, 1, model->columnCount() - 1});
+        } else {
+            changedCells.push_back(CPriceQuoteCellSpan{position, S::columnOf(month.value(), 0),
+                                                       S::columnOf(month.value(), S::kMonthColumns - 1)});
+        }
+    }
 }
 
 // ---- clearing ----

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "seam/cpricedata.h"
+#include "positions/chpfpricequotedatatable.h"
 #include "seam/cquoterequest.h"
 #include "toolkit/itradedockablewidget.h"
 
@@ -19,6 +20,7 @@
 #include <boost/thread/mutex.hpp>
 
 #include <memory>
+#include <vector>
 
 namespace nqservice {
 class CInstrumentDetail;
@@ -34,7 +36,6 @@ class CWidgetList;
 namespace TC {
 
 class CHpfPriceQuoteDataModel;
-class CHpfPriceQuoteDataTable;
 class COptionUndlCodeComboBox;
 class CPriceQuoteHeader;
 
@@ -128,6 +129,8 @@ private:
     // Of our own: the view switch and the vertical list that holds the three parts.
     WG::CPushButtonGroup* viewGroup = nullptr;
     WG::CWidgetList* mainList = nullptr;
+    // Cells changed in place since the last repaint.
+    std::vector<CPriceQuoteCellSpan> changedCells;
     // The model outlives the table that shows it.
     std::unique_ptr<CHpfPriceQuoteDataModel> ownedModel;
 };

@@ -7,6 +7,7 @@
 #include "seam/cquoteclient.h"
 #include "seam/formatters.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace TC {
@@ -125,11 +126,15 @@ bool CPriceQuoteRowBuilder::applyQuote(CPriceQuoteRow& row, int m, const CPriceD
     return flashed;
 }
 
-bool CPriceQuoteRowBuilder::clearFlashStamps(CPriceQuoteRow& row, double now)
+bool CPriceQuoteRowBuilder::clearFlashStamps(CPriceQuoteRow& row, double now, int* firstColumn, int* lastColumn)
 {
     bool removed = false;
     for (auto it = row.flashStamps.begin(); it != row.flashStamps.end();) {
         if (now - it->second - kFlashMs > utils::kPriceTolerance) {
+            if (firstColumn != nullptr && lastColumn != nullptr) {
+                *firstColumn = std::min(*firstColumn, it->first);
+                *lastColumn = std::max(*lastColumn, it->first);
+            }
             it = row.flashStamps.erase(it);
             removed = true;
         } else {

@@ -26,8 +26,10 @@ public:
     // that arrives for the first time never flashes.
     static bool applyQuote(CPriceQuoteRow& row, int month, const CPriceData& price,
                            const std::shared_ptr<nqservice::CInstrumentDetail>& detail, double now);
-    // Removes the stamps older than the flash time; true when any went.
-    static bool clearFlashStamps(CPriceQuoteRow& row, double now);
+    // Removes the stamps older than the flash time; true when any went. The
+    // columns of the removed stamps widen [firstColumn, lastColumn] when given.
+    static bool clearFlashStamps(CPriceQuoteRow& row, double now, int* firstColumn = nullptr,
+                                 int* lastColumn = nullptr);
     // How long a changed cell stays lit at least, in milliseconds.
     static constexpr double kFlashMs = 500.0;
 };

@@ -17,6 +17,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTableView>
 
 #include <thread>
@@ -230,18 +231,28 @@ TEST_F(PriceQuotePanel, AFlashStartsOnAChangeAndEndsOnTheFirstTickAfterItsTime)
     EXPECT_TRUE(table()->isCellFlashing(table()->rowOfKey("3.0000"), 1)) << shown;
 
     // A tick within the time keeps the flash.
+    for (auto& stamp : changed->flashStamps) {
+        stamp.second = utils::clockMSec();
+    }
     panel->onTimer(TC::TUF_QUOTE);
     EXPECT_EQ(panel->flashingRowCount(), 1);
     // Stamps older than the flash time go at the next tick, which repaints.
     for (auto& stamp : changed->flashStamps) {
         stamp.second = utils::clockMSec() - 501.0;
     }
-    const unsigned revision = model()->dataRevision();
+    QSignalSpy repaints(table()->adapter(), &QAbstractItemModel::dataChanged);
     panel->onTimer(TC::TUF_QUOTE);
     EXPECT_EQ(panel->flashingRowCount(), 0);
     EXPECT_TRUE(changed->flashStamps.empty());
-    EXPECT_GT(model()->dataRevision(), revision);
     EXPECT_FALSE(table()->isCellFlashing(table()->rowOfKey("3.0000"), 1));
+    // Only the cells whose flash ended repaint: columns 1 to 6 of that row.
+    ASSERT_EQ(repaints.size(), 1);
+    const QModelIndex from = repaints.at(0).at(0).toModelIndex();
+    const QModelIndex to = repaints.at(0).at(1).toModelIndex();
+    EXPECT_EQ(from.row(), table()->rowOfKey("3.0000"));
+    EXPECT_EQ(to.row(), from.row());
+    EXPECT_EQ(from.column(), 1);
+    EXPECT_EQ(to.column(), 6);
 }
 
 TEST_F(PriceQuotePanel, AHiddenPanelDoesNoWorkAndKeepsTheNewestPerKey)
@@ -255,9 +266,11 @@ TEST_F(PriceQuotePanel, AHiddenPanelDoesNoWorkAndKeepsTheNewestPerKey)
     publish(quote("10000012", 0.05, 0.05));
     EXPECT_EQ(panel->pendingPriceCount(), 2);
     const unsigned revision = model()->dataRevision();
+    QSignalSpy repaints(table()->adapter(), &QAbstractItemModel::dataChanged);
     panel->onTimer(TC::TUF_QUOTE);
     EXPECT_EQ(panel->pendingPriceCount(), 2);
     EXPECT_EQ(model()->dataRevision(), revision);
+    EXPECT_EQ(repaints.size(), 0);
     EXPECT_EQ(row(QStringLiteral("3.0000"))->displayText(1), QStringLiteral("-"));
     panel->show();
     panel->onTimer(TC::TUF_QUOTE);
@@ -299,7 +312,9 @@ TEST_F(PriceQuotePanel, WithAnEmptyUnderlyingATickClearsTheLabelsAndNothingElse)
     }
     publish(quote("10000011", 0.2, 0.1));
     const unsigned revision = model()->dataRevision();
+    QSignalSpy repaints(table()->adapter(), &QAbstractItemModel::dataChanged);
     panel->onTimer(TC::TUF_QUOTE);
+    EXPECT_EQ(repaints.size(), 0);
     for (int id = TC::COptionPriceQuotePanel::PQC_NAME; id <= TC::COptionPriceQuotePanel::PQC_VOLUME; ++id) {
         EXPECT_EQ(panel->valueLabel(id)->getText(), QString()) << id;
     }
@@ -315,8 +330,10 @@ TEST_F(PriceQuotePanel, AQuoteOfTheUnderlyingAloneRepaintsTheLabelsNotTheTable)
     underlying->volume = 1234567;
     publish(underlying);
     const unsigned revision = model()->dataRevision();
+    QSignalSpy repaints(table()->adapter(), &QAbstractItemModel::dataChanged);
     panel->onTimer(TC::TUF_QUOTE);
     EXPECT_EQ(model()->dataRevision(), revision);
+    EXPECT_EQ(repaints.size(), 0) << "no cell of the table repaints";
     WG::CSimpleTextWidget* price = panel->valueLabel(TC::COptionPriceQuotePanel::PQC_PRICE);
     EXPECT_EQ(price->getText(), QStringLiteral("3.1000"));
     EXPECT_EQ(price->colorKey(), QStringLiteral("tc_clr_priceT_rise"));
@@ -328,6 +345,34 @@ TEST_F(PriceQuotePanel, AQuoteOfTheUnderlyingAloneRepaintsTheLabelsNotTheTable)
     publish(quote("510050", 2.9, 3.0));
     panel->onTimer(TC::TUF_QUOTE);
     EXPECT_EQ(price->colorKey(), QStringLiteral("tc_clr_priceT_fall"));
+}
+
+TEST_F(PriceQuotePanel, AQuoteRepaintsItsMonthsBlockAndATurnOfShadingTheWholeRow)
+{
+    start();
+    panel->onTimer(TC::TUF_QUOTE);
+    const int position = table()->rowOfKey("3.0000");
+    QSignalSpy repaints(table()->adapter(), &QAbstractItemModel::dataChanged);
+    // The first quote turns the row in the money (3.05 above 3.0): every month repaints.
+    publish(quote("10000041", 0.12, 0.1));
+    panel->onTimer(TC::TUF_QUOTE);
+    ASSERT_EQ(repaints.size(), 1);
+    EXPECT_EQ(repaints.at(0).at(0).toModelIndex(), table()->adapter()->index(position, 1));
+    EXPECT_EQ(repaints.at(0).at(1).toModelIndex(), table()->adapter()->index(position, 63));
+    repaints.clear();
+    // The next one repaints month 2's block of that row only.
+    publish(quote("10000041", 0.13, 0.1));
+    panel->onTimer(TC::TUF_QUOTE);
+    ASSERT_EQ(repaints.size(), 1);
+    EXPECT_EQ(repaints.at(0).at(0).toModelIndex(), table()->adapter()->index(position, S::columnOf(2, 0)));
+    EXPECT_EQ(repaints.at(0).at(1).toModelIndex(), table()->adapter()->index(position, S::columnOf(2, 20)));
+    repaints.clear();
+    // A tick with nothing new repaints nothing (the flashes are made fresh, so none ends).
+    for (auto& stamp : row(QStringLiteral("3.0000"))->flashStamps) {
+        stamp.second = utils::clockMSec();
+    }
+    panel->onTimer(TC::TUF_QUOTE);
+    EXPECT_EQ(repaints.size(), 0);
 }
 
 TEST_F(PriceQuotePanel, OptionQuotesFillTheirMonthAndComputeAgainstTheUnderlying)
