@@ -6,7 +6,7 @@ ARGS       ?=
 CTEST_JOBS ?= 2
 BENCH_ARGS ?=
 
-.PHONY: all deps configure build run test bench test-asan test-tsan fuzz clean
+.PHONY: all deps configure build run test bench soak test-asan test-tsan fuzz clean
 
 all: build
 
@@ -27,6 +27,11 @@ run: deps configure
 
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(CTEST_JOBS)
+
+# The paper broker's kill -9 soak at 1,000 rounds (the suite runs 200).
+SOAK_ROUNDS ?= 1000
+soak: build
+	cd $(BUILD) && PAPER_KILL_ROUNDS=$(SOAK_ROUNDS) ./tests/test_paperkill
 
 bench: deps
 	cmake -S . -B build-bench -G $(GENERATOR) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DOPTDESK_BUILD_BENCH=ON

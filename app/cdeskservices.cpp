@@ -8,6 +8,7 @@
 #include "seam/marketenums.h"
 #include "seam/ctimeservice.h"
 #include "seam/logger.h"
+#include "seam/trading.h"
 #include "seam/user.h"
 #include "services/market/csimclock.h"
 #include "services/market/csimexchangeclient.h"
@@ -15,11 +16,20 @@
 #include "services/market/csimquoteclient.h"
 #include "services/pricing/cgreekandoptionscalculator.h"
 #include "services/trading/cdesktradeclient.h"
+#include "services/trading/cpaperbroker.h"
+#include "services/trading/cpapercommandcenter.h"
+#include "services/trading/cpaperloginservice.h"
+#include "services/trading/cpapertradercenter.h"
 #include "services/user/cusersettingsstore.h"
 
 #include <boost/make_shared.hpp>
 
 #include <fmt/format.h>
+
+#include <QDir>
+#include <QVector>
+
+#include <set>
 
 namespace desk {
 
@@ -66,6 +76,7 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
     utils::CManualSingletonT<TC::CExchangeClient>::install(m_exchange);
 
     auto* tradeClient = new trading::CDeskTradeClient;
+    m_tradeClient = tradeClient;
     utils::CManualSingletonT<TC::CTradeClient>::install(tradeClient);
     // Panels listen to the trade client for instrument tables being complete.
     QObject::connect(m_exchange, &TC::CExchangeClient::sigInitDataFinish, tradeClient, &TC::CTradeClient::sigInitDataFinish);
@@ -87,6 +98,8 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
     feed->start();
     m_quotes->attachFeed(std::move(feed));
 
+    startBroker(config, settings);
+
     if (!config.greeksImportDir.isEmpty()) {
         TC::CTradeSetting trade = settings->tradeSetting();
         trade.autoImportExGreeks = true;
@@ -97,6 +110,79 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
     NQ_LOG_INFO(fmt::format(FMT_STRING("simulated market: {0} instruments, trading date {1}, seed {2}, {3} quotes/s per contract"),
                             m_exchange->instruments().size(), m_tradingDate.toString(Qt::ISODate).toStdString(),
                             config.seed, config.quoteRate));
+}
+
+double CDeskServices::openingCash(int brokerType)
+{
+    return brokerType == nqservice::VQ_BROKER_TYPE_FUTURE_OPTION ? 500000.0 : 1000000.0;
+}
+
+void CDeskServices::startBroker(const DeskServicesConfig& config, TC::CUserConfig* settings)
+{
+    trading::PaperBrokerConfig brokerConfig;
+    brokerConfig.ledgerPath =
+        config.ledgerPath.isEmpty() ? QDir(config.configDir).filePath(QStringLiteral("paper.sqlite")) : config.ledgerPath;
+    brokerConfig.exchange = m_exchange;
+    brokerConfig.quotes = m_quotes;
+    brokerConfig.clock = m_clock;
+    const auto* accounts =
+        static_cast<const QVector<boost::shared_ptr<TC::CAccount>>*>(settings->getUserDataAddress(TC::UM_ACCOUNT_LIST));
+    std::set<std::string> brokerAnswered;
+    if (accounts != nullptr) {
+        for (const auto& account : *accounts) {
+            if (!account) {
+                continue;
+            }
+            trading::PaperAccountSpec spec;
+            spec.info = account->toInfo();
+            spec.cash = openingCash(account->accountType);
+            if (account->accountType == nqservice::VQ_BROKER_TYPE_STOCK_OPTION) {
+                // ETF shares for covered calls: 100,000 of 50ETF and of 300ETF.
+                spec.holdings = {{utils::vqStockKey("SH", "510050"), 100000}, {utils::vqStockKey("SH", "510300"), 100000}};
+                // The first stock-option account's gateway answers volume requests itself.
+                if (brokerAnswered.empty()) {
+                    brokerAnswered.insert(account->key().toStdString());
+                }
+            }
+            brokerConfig.accounts.push_back(spec);
+        }
+    }
+    m_broker = std::make_unique<trading::CPaperBroker>(brokerConfig);
+    m_broker->setRefusalHandler([](const std::string&, const std::string& text) {
+        // Called on the broker's thread: the message service hops to the GUI thread itself.
+        if (TC::CMsgService* messages = utils::CManualSingletonT<TC::CMsgService>::instance()) {
+            messages->showQsMsg(QString::fromStdString(text), TC::MTD_ORDER,
+                                nqservice::ML_WARNING, false, false);
+        }
+    });
+    QString report;
+    if (!m_broker->start(&report)) {
+        m_notices << report;
+        m_broker.reset();
+        return;
+    }
+    if (!report.isEmpty()) {
+        m_notices << report;
+    }
+    auto center = boost::make_shared<trading::CPaperTraderCenter>(m_broker.get(), brokerAnswered);
+    nqservice::TraderCenter::install(center);
+    utils::CManualSingletonT<TC::COvCommandCenter>::install(new trading::CPaperCommandCenter(m_broker.get()));
+    utils::CSingletonT<TC::SingletonManager>::instance()->setTradeLogicInterface(
+        new trading::CPaperLoginService(m_broker.get()));
+    m_tradeClient->setBroker(m_broker.get());
+    // The paper accounts log in at once, each reported as a gateway reports it.
+    for (const trading::PaperAccountSpec& spec : brokerConfig.accounts) {
+        m_broker->setLoggedIn(spec.info->getKey(), true);
+        m_tradeClient->reportLogin(spec.info, nqservice::BLS_READY);
+    }
+    m_broker->flush();
+}
+
+void CDeskServices::setTradingHalted(bool halted)
+{
+    if (m_broker) {
+        m_broker->setHalted(halted);
+    }
 }
 
 void CDeskServices::checkTradingDate()
@@ -154,6 +240,14 @@ CDeskServices::~CDeskServices()
         feed->stop();
     }
     nqservice::GreekAndOptionsCalculator::setInstance(nullptr);
+    // The broker's thread and quote subscriptions end before the services it reads.
+    utils::CSingletonT<TC::SingletonManager>::instance()->setTradeLogicInterface(nullptr);
+    utils::CManualSingletonT<TC::COvCommandCenter>::destroy();
+    nqservice::TraderCenter::destroy();
+    if (m_tradeClient != nullptr) {
+        m_tradeClient->setBroker(nullptr);
+    }
+    m_broker.reset();
     utils::CManualSingletonT<TC::CQuoteClient>::destroy();
     utils::CManualSingletonT<TC::CTradeClient>::destroy();
     utils::CManualSingletonT<TC::CExchangeClient>::destroy();

@@ -1,5 +1,6 @@
 // The in-process services that the desk runs its panels on: the simulated
-// exchange and quote feed, the pricing calculator, the user's settings. It
+// exchange and quote feed, the pricing calculator, the user's settings and
+// the paper broker with its trading services. It
 // installs them as the process's singletons at start and removes them at exit,
 // in the reverse order, after the feed's threads have ended.
 #pragma once
@@ -7,12 +8,24 @@
 #include <QDate>
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
+
+#include <memory>
 
 namespace market {
 class CSimClock;
 class CSimExchangeClient;
 class CSimQuoteClient;
 }  // namespace market
+
+namespace TC {
+class CUserConfig;
+}  // namespace TC
+
+namespace trading {
+class CPaperBroker;
+class CDeskTradeClient;
+}  // namespace trading
 
 namespace desk {
 
@@ -25,6 +38,8 @@ struct DeskServicesConfig {
     QString greeksImportDir;
     // The market's clock starts here (exchange local time) and runs with the wall clock.
     QDateTime marketStart;
+    // The paper broker's ledger; empty: "paper.sqlite" in the configuration directory.
+    QString ledgerPath;
 };
 
 class CDeskServices {
@@ -49,12 +64,25 @@ public:
     market::CSimExchangeClient* exchange() const { return m_exchange; }
     market::CSimQuoteClient* quotes() const { return m_quotes; }
     QDate tradingDate() const { return m_tradingDate; }
+    trading::CPaperBroker* broker() const { return m_broker.get(); }
+    // What the user must be told of the start (a damaged ledger set aside).
+    QStringList notices() const { return m_notices; }
+    // The kill switch: while halted the broker refuses every new command.
+    void setTradingHalted(bool halted);
+
+    // What the paper accounts hold when the broker opens them.
+    static double openingCash(int brokerType);
 
 private:
+    void startBroker(const DeskServicesConfig& config, TC::CUserConfig* settings);
+
     market::CSimClock* m_clock = nullptr;
     market::CSimExchangeClient* m_exchange = nullptr;
     market::CSimQuoteClient* m_quotes = nullptr;
     QDate m_tradingDate;
+    trading::CDeskTradeClient* m_tradeClient = nullptr;
+    std::unique_ptr<trading::CPaperBroker> m_broker;
+    QStringList m_notices;
 };
 
 }  // namespace desk

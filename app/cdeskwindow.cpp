@@ -1,6 +1,7 @@
 #include "app/cdeskwindow.h"
 
 #include "app/cgreeksimportsettingsdialog.h"
+#include "app/corderlimitsdialog.h"
 
 #include "seam/logger.h"
 #include "seam/trading.h"
@@ -90,6 +91,12 @@ void CDeskWindow::buildMenus()
     greeksImport->setObjectName(QStringLiteral("actionGreeksImport"));
     connect(greeksImport, &QAction::triggered, this, [this] {
         CGreeksImportSettingsDialog dialog(this);
+        dialog.exec();
+    });
+    QAction* orderLimits = settingsMenu->addAction(QStringLiteral("下单限制..."));
+    orderLimits->setObjectName(QStringLiteral("actionOrderLimits"));
+    connect(orderLimits, &QAction::triggered, this, [this] {
+        COrderLimitsDialog dialog(this);
         dialog.exec();
     });
     QMenu* fileMenu = menuBar()->addMenu(QStringLiteral("布局"));

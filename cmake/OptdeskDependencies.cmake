@@ -4,6 +4,7 @@ find_package(Boost 1.74 REQUIRED COMPONENTS thread system)
 find_package(fmt 9 REQUIRED)
 find_package(log4cxx REQUIRED)
 find_package(Threads REQUIRED)
+find_package(SQLite3 3.40 REQUIRED)
 
 # The legacy MongoDB C++ driver ships no CMake package: headers under mongo/.
 find_path(MONGO_INCLUDE_DIR mongo/bson/bson.h REQUIRED)

@@ -8,7 +8,7 @@ packages=(
   qtbase5-dev qtwebengine5-dev libqt5svg5-dev
   libboost-dev libboost-thread-dev libboost-system-dev
   libmongoclient-dev libfmt-dev liblog4cxx-dev
-  libgtest-dev libgmock-dev libbenchmark-dev libquantlib0-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libquantlib0-dev libsqlite3-dev
   xvfb xauth fonts-noto-cjk
 )
 

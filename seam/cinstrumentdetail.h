@@ -38,7 +38,7 @@ enum EInstrumentField {
     IF_MAX_ORDER_VOLUME = 2008,   // int: most contracts of one limit order
     IF_PRE_SETTLEMENT = 3002,     // double: previous settlement price
     IF_CONTRACT_UNIT = 3006,      // double: "合约单位"
-    IF_MARGIN_PARAMETER = 3007,   // double: margin ratio of the underlying's value, e.g. 0.12
+    IF_MARGIN_PARAMETER = 3007,   // double: exchange margin of one short contract in 元 at the previous settlement
     IF_EXERCISE_PRICE = 3008,     // double: strike
     IF_RISK_FREE_RATE = 3011,     // double: annual, continuously compounded, e.g. 0.02
     IF_HISTORY_VOLATILITY = 3012, // double: annual, as a fraction ("历波%" shows it times 100)

@@ -141,6 +141,8 @@ const StructDes* TypeManager::getStructDes(int dataType) const
         return CPositionStatics::staticStructDes();
     case VQ_DATA_TYPE_STK_OPT_COMB_POSITION:
         return CStkOptCombPositionDetail::staticStructDes();
+    case VQ_DATA_TYPE_QUICK_ORDER:
+        return CDealDetail::staticStructDes();
     default:
         return nullptr;
     }

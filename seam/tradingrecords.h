@@ -227,6 +227,12 @@ public:
     EOperationType operationType = OT_NONE;
     EPriceType priceType = PT_NONE;
     long long insertTime = 0;  // ms since 1970
+    std::string name;           // the instrument's name
+    std::string commandId;      // the command the order came with
+    double tradedAmount = 0.0;  // money of the fills, premium only
+    double fee = 0.0;           // fees charged so far
+    std::string message;        // why the order was refused or cancelled, UTF-8; empty otherwise
+    long long updateTime = 0;   // ms since 1970 of the last change
 
     std::string getKey() const override { return (account ? account->getKey() : std::string()) + "|" + orderId; }
 
@@ -246,6 +252,50 @@ public:
         visit("operationType", "操作", self.operationType, 0, "nqservice::EOperationType");
         visit("priceType", "报价方式", self.priceType, 0, "nqservice::EPriceType");
         visit("insertTime", "委托时间", self.insertTime);
+        visit("name", "合约名称", self.name);
+        visit("commandId", "指令编号", self.commandId);
+        visit("tradedAmount", "成交金额", self.tradedAmount);
+        visit("fee", "手续费", self.fee);
+        visit("message", "说明", self.message);
+        visit("updateTime", "更新时间", self.updateTime);
+    }
+};
+
+// One fill of an order (table 570).
+class CDealDetail : public TData<CDealDetail, VQ_DATA_TYPE_QUICK_ORDER> {
+public:
+    static constexpr const char* kStructName = "nqservice::CDealDetail";
+
+    boost::shared_ptr<CAccountInfo> account;
+    std::string dealId;
+    std::string orderId;
+    std::string market;
+    std::string code;
+    std::string name;
+    EEntrustBS side = EBS_BUY;
+    EOperationType operationType = OT_NONE;
+    double price = 0.0;
+    int volume = 0;
+    double fee = 0.0;
+    long long time = 0;  // ms since 1970
+
+    std::string getKey() const override { return (account ? account->getKey() : std::string()) + "|" + dealId; }
+
+    template <typename S, typename V>
+    static void describe(S& self, V& visit)
+    {
+        visit("account", "资金账号", self.account);
+        visit("dealId", "成交编号", self.dealId, fieldProps({FP_KEY}));
+        visit("orderId", "委托编号", self.orderId);
+        visit("market", "市场", self.market);
+        visit("code", "合约代码", self.code);
+        visit("name", "合约名称", self.name);
+        visit("side", "买卖", self.side, 0, "nqservice::EEntrustBS");
+        visit("operationType", "操作", self.operationType, 0, "nqservice::EOperationType");
+        visit("price", "成交价", self.price);
+        visit("volume", "成交量", self.volume);
+        visit("fee", "手续费", self.fee);
+        visit("time", "成交时间", self.time);
     }
 };
 
@@ -258,11 +308,15 @@ public:
     std::string market;
     std::string code;
     long long position = 0;  // size, unsigned by itself
-    int direction = '0';     // 48 long, anything else short
+    int direction = '0';     // 48 long, anything else short: 49 ordinary short, 50 covered short
     std::string name;
     long long available = 0;  // closable
     long long todayPosition = 0;
     double avgPrice = 0.0;
+    long long frozen = 0;      // held by working close orders (or, for an ETF, locked by covered shorts)
+    double lastPrice = 0.0;    // price the position was last valued at
+    double floatProfit = 0.0;  // (last - average) x volume x unit, signed by direction
+    double margin = 0.0;       // margin held for a short position
 
     std::string getKey() const override
     {
@@ -282,6 +336,10 @@ public:
         visit("available", "可平量", self.available);
         visit("todayPosition", "今仓", self.todayPosition);
         visit("avgPrice", "持仓均价", self.avgPrice);
+        visit("frozen", "冻结量", self.frozen);
+        visit("lastPrice", "最新价", self.lastPrice);
+        visit("floatProfit", "浮动盈亏", self.floatProfit);
+        visit("margin", "保证金", self.margin);
     }
 };
 
@@ -399,6 +457,9 @@ public:
     double balance = 0.0;
     double margin = 0.0;
     double frozenFunds = 0.0;
+    double fee = 0.0;          // fees charged today
+    double floatProfit = 0.0;  // of all positions at their last prices
+    double marketValue = 0.0;  // long options less short options at their last prices, ETF holdings included
 
     std::string getKey() const override { return accountId; }
 
@@ -410,6 +471,9 @@ public:
         visit("balance", "总资产", self.balance);
         visit("margin", "占用保证金", self.margin);
         visit("frozenFunds", "冻结资金", self.frozenFunds);
+        visit("fee", "手续费", self.fee);
+        visit("floatProfit", "浮动盈亏", self.floatProfit);
+        visit("marketValue", "市值", self.marketValue);
     }
 };
 

@@ -1,6 +1,7 @@
 #include "services/market/cuniversebuilder.h"
 
 #include "services/market/csessionclock.h"
+#include "services/trading/cexchangerules.h"
 
 #include <fmt/format.h>
 
@@ -17,10 +18,10 @@ using nqservice::CInstrumentDetail;
 constexpr double kEtfOptionTick = 0.0001;
 constexpr double kEtfTick = 0.001;
 constexpr double kEtfOptionUnit = 10000.0;
-constexpr double kEtfMarginParameter = 0.12;
 constexpr double kRiskFreeRate = 0.02;
 constexpr double kFutureOptionRate = 0.0;
-constexpr int kEtfMaxOrderVolume = 30;
+// SSE limit orders since 2019-12-23 (上证发〔2019〕119号).
+constexpr int kEtfMaxOrderVolume = 50;
 constexpr double kStrikeEpsilon = 1e-9;
 
 struct EtfSpec {
@@ -202,7 +203,6 @@ private:
         option->priceTick = kEtfOptionTick;
         option->contractUnit = unit;
         option->exercisePrice = strike;
-        option->marginParameter = kEtfMarginParameter;
         option->riskFreeRate = kRiskFreeRate;
         option->historyVolatility = fund.historyVolatility;
         option->maxOrderVolume = kEtfMaxOrderVolume;
@@ -218,6 +218,9 @@ private:
         option->preClosePrice = std::max(
             kEtfOptionTick,
             CUniverseBuilder::roundToTick(option->preSettlementPrice * (1.0 + uniform(-0.02, 0.02)), kEtfOptionTick));
+        // Field 3007: the exchange margin of one short contract at the previous settlement.
+        option->marginParameter =
+            trading::CExchangeRules::shortOptionMargin(*option, option->preSettlementPrice, fund.preClosePrice);
         m_list.push_back(option);
     }
 
@@ -288,7 +291,6 @@ private:
                 option->priceTick = kMealOptionTick;
                 option->contractUnit = kMealUnit;
                 option->exercisePrice = strike;
-                option->marginParameter = kMealMarginParameter;
                 // Futures options are priced undiscounted: with rate 0 the board's
                 // Black-Scholes on the futures price is Black-76, so a price made
                 // at one volatility reads back that volatility for calls and puts.
@@ -304,6 +306,8 @@ private:
                     std::max(kMealOptionTick, CUniverseBuilder::roundToTick(value, kMealOptionTick));
                 option->preClosePrice = std::max(
                     kMealOptionTick, CUniverseBuilder::roundToTick(value * (1.0 + uniform(-0.02, 0.02)), kMealOptionTick));
+                option->marginParameter = trading::CExchangeRules::shortOptionMargin(
+                    *option, option->preSettlementPrice, future->preSettlementPrice, kMealMarginParameter);
                 m_list.push_back(option);
             }
         }

@@ -1,6 +1,10 @@
 #include "services/trading/cdesktradeclient.h"
 
+#include "seam/subrequest.h"
 #include "seam/tradinghelpers.h"
+#include "services/trading/cpaperbroker.h"
+
+#include <boost/make_shared.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -81,10 +85,29 @@ std::vector<long long> CDeskTradeClient::splitEntrusts(
     return share;
 }
 
-void CDeskTradeClient::cancelOrder(const boost::shared_ptr<nqservice::COrderDetail>&, QString& message, int, QString,
-                                   const boost::shared_ptr<TC::COrderAuxInfo>&)
+void CDeskTradeClient::reportLogin(const nqservice::CAccountInfoPtr& account, nqservice::EBROKER_LOGIN_STATUS status)
 {
-    message = notConnectedText();
+    emit sigLoginStatus(account, status, std::string());
+}
+
+void CDeskTradeClient::cancelOrder(const boost::shared_ptr<nqservice::COrderDetail>& order, QString& message, int,
+                                   QString, const boost::shared_ptr<TC::COrderAuxInfo>&)
+{
+    if (m_broker == nullptr) {
+        message = notConnectedText();
+        return;
+    }
+    if (!order || !order->account) {
+        message = QStringLiteral("委托无效, 无法撤单");
+        return;
+    }
+    if (!TC::canCancelOrder(order)) {
+        message = QStringLiteral("委托已完成, 无法撤单");
+        return;
+    }
+    // Accepted for sending; a refusal comes back through the message area.
+    message.clear();
+    m_broker->cancel(order->account->getKey(), order->orderId);
 }
 
 void CDeskTradeClient::checkStkOptCombPosition_async(const boost::shared_ptr<nqservice::CAccountInfo>&)
@@ -92,9 +115,26 @@ void CDeskTradeClient::checkStkOptCombPosition_async(const boost::shared_ptr<nqs
     // Without a backend there are no combination positions to refresh.
 }
 
-bool CDeskTradeClient::requestStockVolume(const TC::CStockRequestParam&, boost::shared_ptr<TC::StockSubTable>&)
+bool CDeskTradeClient::requestStockVolume(const TC::CStockRequestParam& param, boost::shared_ptr<TC::StockSubTable>& table)
 {
-    return false;
+    if (m_broker == nullptr || !param.isValid()) {
+        return false;
+    }
+    if (!table) {
+        table = boost::make_shared<TC::StockSubTable>();
+    }
+    table->setStockKey(utils::vqStockKey(param.market, param.code));
+    // The answers come on the broker's thread; dropping the table ends them.
+    auto gate = std::make_shared<nqservice::CSubscriptionGate>();
+    table->setRequest(boost::make_shared<nqservice::SubRequest>(gate));
+    const auto callback = param.callback;
+    for (const std::string& account : param.accounts) {
+        m_broker->queryVolume(account, param.market, param.code, param.operationType, param.priceType, param.price,
+                              [gate, callback, account](long long volume) {
+                                  gate->invoke([&] { callback(account, volume); });
+                              });
+    }
+    return true;
 }
 
 }  // namespace trading

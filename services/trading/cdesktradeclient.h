@@ -1,16 +1,24 @@
-// The desk's trade client while no trading backend is connected: it relays the
-// instrument-ready and setting-change signals and splits volumes over accounts
-// by weight. Cancels and broker queries answer that nothing is connected.
+// The desk's trade client: it relays the instrument-ready and setting-change
+// signals, splits volumes over accounts by weight, and passes cancels and
+// volume requests to the paper broker. Without a broker, cancels answer that
+// nothing is connected.
 #pragma once
 
 #include "seam/trading.h"
 
 namespace trading {
 
+class CPaperBroker;
+
 class CDeskTradeClient : public TC::CTradeClient {
     Q_OBJECT
 public:
     explicit CDeskTradeClient(QObject* parent = nullptr);
+
+    // The broker that takes cancels and answers volume requests; it outlives this client.
+    void setBroker(CPaperBroker* broker) { m_broker = broker; }
+    // Tells the panels that an account's login state changed.
+    void reportLogin(const nqservice::CAccountInfoPtr& account, nqservice::EBROKER_LOGIN_STATUS status);
 
     // Largest-remainder split of volume by weights, in whole trade units of the
     // instrument; accounts of zero weight get 0. Empty with error set when the
@@ -30,6 +38,9 @@ public:
 
     // The text a cancel answers with while no trading backend is connected.
     static QString notConnectedText();
+
+private:
+    CPaperBroker* m_broker = nullptr;
 };
 
 }  // namespace trading

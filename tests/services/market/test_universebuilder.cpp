@@ -7,6 +7,7 @@
 
 #include <QRegularExpression>
 
+#include <cmath>
 #include <map>
 #include <set>
 
@@ -337,3 +338,44 @@ TEST(EtfOptionExpiry, MovesToTheNextTradingDayWhenAHolidayFallsOnIt)
     EXPECT_EQ(months.front(), QDate(2023, 1, 1));
     EXPECT_EQ(CUniverseBuilder::listedMonths(QDate(2023, 1, 31)).front(), QDate(2023, 2, 1));
 }
+
+namespace {
+
+TEST(UniverseMargin, FieldThreeThousandSevenIsTheMarginOfOneShortContract)
+{
+    // An at-the-money 50ETF option needs about 3,000 元 of exchange margin; the
+    // field follows the SSE formula at the previous settlement and close.
+    const auto list = CUniverseBuilder::build(1U, kTradingDate);
+    std::map<std::string, std::shared_ptr<CInstrumentDetail>> byKey;
+    for (const auto& detail : list) {
+        byKey[detail->key()] = detail;
+    }
+    int checked = 0;
+    for (const auto& detail : list) {
+        if (detail->kind != nqservice::IK_STOCK_OPTION || detail->underlyingCode != "510050" || detail->adjusted) {
+            continue;
+        }
+        const double s = byKey.at(detail->underlyingKey())->preClosePrice;
+        const double k = detail->exercisePrice;
+        const double settle = detail->preSettlementPrice;
+        const double expected = detail->call ? (settle + std::max(0.12 * s - std::max(k - s, 0.0), 0.07 * s)) * 10000.0
+                                             : std::min(settle + std::max(0.12 * s - std::max(s - k, 0.0), 0.07 * k), k) *
+                                                   10000.0;
+        EXPECT_NEAR(detail->getDoubleField(3007), expected, 1e-6) << detail->code;
+        EXPECT_EQ(detail->getIntField(2008), 50) << detail->code;
+        if (std::fabs(k - s) / s < 0.02) {
+            EXPECT_GT(detail->getDoubleField(3007), 2000.0) << detail->code;
+            EXPECT_LT(detail->getDoubleField(3007), 6000.0) << detail->code;
+        }
+        ++checked;
+    }
+    EXPECT_GT(checked, 40);
+    // Soybean meal options carry the DCE seller margin, at least the premium.
+    for (const auto& detail : list) {
+        if (detail->kind == nqservice::IK_FUTURE_OPTION) {
+            EXPECT_GT(detail->getDoubleField(3007), detail->preSettlementPrice * 10.0) << detail->code;
+        }
+    }
+}
+
+}  // namespace

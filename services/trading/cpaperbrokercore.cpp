@@ -1,0 +1,1392 @@
+#include "services/trading/cpaperbrokercore.h"
+
+#include "seam/common.h"
+#include "seam/ctimeservice.h"
+#include "seam/marketenums.h"
+#include "seam/tradinghelpers.h"
+#include "services/market/csessionclock.h"
+#include "services/trading/cexchangerules.h"
+
+#include <boost/make_shared.hpp>
+
+#include <fmt/format.h>
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <set>
+
+namespace trading {
+
+namespace {
+
+constexpr double kTolerance = utils::kPriceTolerance;
+constexpr int kLong = '0';
+constexpr int kShort = '1';
+constexpr int kCovered = '2';
+
+double round2(double money) { return std::round(money * 100.0) / 100.0; }
+
+// What an operation does to the books.
+struct OpInfo {
+    bool valid = false;
+    bool buy = false;
+    bool open = false;
+    bool covered = false;
+    bool todayOnly = false;
+    int direction = kLong;  // the position it opens or closes
+    nqservice::EOffset_Flag_Type offset = nqservice::OF_OPEN;
+};
+
+OpInfo classify(int operation, nqservice::EInstrumentKind kind)
+{
+    OpInfo op;
+    auto set = [&](bool buy, bool open, int direction, bool covered = false, bool today = false) {
+        op.valid = true;
+        op.buy = buy;
+        op.open = open;
+        op.direction = direction;
+        op.covered = covered;
+        op.todayOnly = today;
+        op.offset = open ? nqservice::OF_OPEN : (today ? nqservice::OF_CLOSE_TODAY : nqservice::OF_CLOSE);
+    };
+    if (kind == nqservice::IK_STOCK_OPTION) {
+        switch (operation) {
+        case nqservice::OT_BUY_OPEN: set(true, true, kLong); break;
+        case nqservice::OT_SELL_CLOSE: set(false, false, kLong); break;
+        case nqservice::OT_SELL_OPEN: set(false, true, kShort); break;
+        case nqservice::OT_BUY_CLOSE: set(true, false, kShort); break;
+        case nqservice::OT_COVERED_OPEN: set(false, true, kCovered, true); break;
+        case nqservice::OT_COVERED_CLOSE: set(true, false, kCovered, true); break;
+        default: break;
+        }
+    } else if (kind == nqservice::IK_FUTURE_OPTION) {
+        switch (operation) {
+        case nqservice::OT_OPEN_LONG: set(true, true, kLong); break;
+        case nqservice::OT_CLOSE_LONG: set(false, false, kLong); break;
+        case nqservice::OT_CLOSE_LONG_TODAY: set(false, false, kLong, false, true); break;
+        case nqservice::OT_OPEN_SHORT: set(false, true, kShort); break;
+        case nqservice::OT_CLOSE_SHORT: set(true, false, kShort); break;
+        case nqservice::OT_CLOSE_SHORT_TODAY: set(true, false, kShort, false, true); break;
+        default: break;
+        }
+    }
+    return op;
+}
+
+bool isKnownPriceType(int type)
+{
+    return (type >= nqservice::PT_ASK5 && type <= nqservice::PT_OPPONENT) ||
+           (type >= nqservice::PT_FIX_FOK && type <= nqservice::PT_MARKET_TO_LIMIT);
+}
+
+// Orders that take what the book gives instead of resting at a price.
+bool isMarketOrder(int type, nqservice::EInstrumentKind kind)
+{
+    if (nqservice::isRealMarketPrice(static_cast<nqservice::EPriceType>(type))) {
+        return true;
+    }
+    // For commodity options the limit-price type is the exchange's market order.
+    return type == nqservice::PT_LIMIT_UP_DOWN && kind == nqservice::IK_FUTURE_OPTION;
+}
+
+bool acceptsOrders(int phase)
+{
+    return phase == TC::TP_CONTINUOUS || phase == TC::TP_OPEN_CALL_AUCTION || phase == TC::TP_AUCTION_MATCHED ||
+           phase == TC::TP_CLOSE_CALL_AUCTION;
+}
+
+std::string positionKey(const std::string& stockKey, int direction) { return stockKey + "|" + std::to_string(direction); }
+
+std::string padded(char prefix, long long n) { return fmt::format("{0}{1:08d}", prefix, n); }
+
+double unitOf(const nqservice::CInstrumentDetail& detail)
+{
+    if (detail.kind == nqservice::IK_FUND) {
+        return 1.0;
+    }
+    return utils::isUsable(detail.contractUnit) && detail.contractUnit > 0.0 ? detail.contractUnit : 1.0;
+}
+
+}  // namespace
+
+struct CPaperBrokerCore::Account {
+    boost::shared_ptr<nqservice::CAccountInfo> info;
+    bool loggedIn = false;
+    double cash = 0.0;  // all money, frozen and margin included
+    double frozen = 0.0;
+    double margin = 0.0;
+    double fee = 0.0;
+    double lastBalance = 0.0;
+    double lastFloat = 0.0;
+    std::map<std::string, boost::shared_ptr<nqservice::COrderDetail>> orders;  // by orderId
+    std::map<std::string, boost::shared_ptr<nqservice::CDealDetail>> deals;    // by dealId
+    std::map<std::string, boost::shared_ptr<nqservice::CPositionStatics>> positions;
+    std::map<std::string, long long> boughtToday;  // buy-to-open contracts by underlying key
+    bool fundsTouched = false;
+    std::vector<boost::shared_ptr<nqservice::CPositionStatics>> touched;
+
+    double available() const { return cash - frozen - margin; }
+};
+
+struct CPaperBrokerCore::Working {
+    std::string accountKey;
+    boost::shared_ptr<nqservice::COrderDetail> order;
+    std::shared_ptr<nqservice::CInstrumentDetail> detail;
+    OpInfo op;
+    double limit = 0.0;          // worst price it may fill at
+    bool market = false;         // takes the book's levels and rests nowhere
+    double frozenPerUnit = 0.0;  // money held per contract still working
+    double marginPerUnit = 0.0;  // margin a sell to open takes per contract
+    double unitFee = 0.0;
+
+    std::string key() const { return accountKey + "|" + order->orderId; }
+    std::string stockKey() const { return utils::vqStockKey(detail->market, detail->code); }
+    bson::BSONObj extra() const
+    {
+        bson::BSONObjBuilder b;
+        b.append("fpu", frozenPerUnit);
+        b.append("mpu", marginPerUnit);
+        b.append("fee", unitFee);
+        b.append("limit", limit);
+        b.append("market", market);
+        return b.obj();
+    }
+};
+
+// What a command asks of one account, added up over its orders.
+struct CPaperBrokerCore::Need {
+    double money = 0.0;
+    std::map<std::string, long long> close;  // position key -> contracts (ETF key -> shares)
+    std::map<std::string, long long> longs;  // underlying key -> contracts opened long
+    std::map<std::string, long long> opens;  // underlying key -> contracts opened
+};
+
+CPaperBrokerCore::CPaperBrokerCore(InstrumentLookup instruments) : m_instruments(std::move(instruments)) {}
+
+CPaperBrokerCore::~CPaperBrokerCore() = default;
+
+CPaperBrokerCore::Account* CPaperBrokerCore::findAccount(const std::string& key)
+{
+    auto it = m_accounts.find(key);
+    return it == m_accounts.end() ? nullptr : it->second.get();
+}
+
+const CPaperBrokerCore::Account* CPaperBrokerCore::findAccount(const std::string& key) const
+{
+    auto it = m_accounts.find(key);
+    return it == m_accounts.end() ? nullptr : it->second.get();
+}
+
+bool CPaperBrokerCore::hasAccount(const std::string& accountKey) const { return findAccount(accountKey) != nullptr; }
+
+std::vector<std::string> CPaperBrokerCore::accountKeys() const
+{
+    std::vector<std::string> keys;
+    for (const auto& entry : m_accounts) {
+        keys.push_back(entry.first);
+    }
+    return keys;
+}
+
+boost::shared_ptr<nqservice::CAccountInfo> CPaperBrokerCore::accountInfo(const std::string& accountKey) const
+{
+    const Account* account = findAccount(accountKey);
+    return account ? account->info : boost::shared_ptr<nqservice::CAccountInfo>();
+}
+
+void CPaperBrokerCore::openAccount(const PaperAccountSpec& spec, PaperResult& out)
+{
+    if (!spec.info) {
+        return;
+    }
+    const std::string key = spec.info->getKey();
+    if (Account* existing = findAccount(key)) {
+        existing->info = spec.info;  // names may have changed in the settings
+        return;
+    }
+    auto account = std::make_unique<Account>();
+    account->info = spec.info;
+    account->cash = spec.cash;
+    Account& ref = *account;
+    m_accounts[key] = std::move(account);
+    for (const auto& holding : spec.holdings) {
+        const auto detail = m_instruments(holding.first);
+        if (!detail || holding.second <= 0) {
+            continue;
+        }
+        auto& pos = position(ref, *detail, kLong);
+        pos->position = holding.second;
+        pos->available = holding.second;
+        pos->avgPrice = utils::isUsable(detail->preClosePrice) ? detail->preClosePrice : 0.0;
+        pos->lastPrice = pos->avgPrice;
+        ref.touched.push_back(pos);
+    }
+    ref.fundsTouched = true;
+    revalue(ref, out, true);
+}
+
+void CPaperBrokerCore::setLoggedIn(const std::string& accountKey, bool loggedIn)
+{
+    if (Account* account = findAccount(accountKey)) {
+        account->loggedIn = loggedIn;
+    }
+}
+
+int CPaperBrokerCore::phaseOf(const std::string& market) const
+{
+    return market::CSessionClock::isStockMarket(market) ? m_stockPhase : m_futurePhase;
+}
+
+boost::shared_ptr<const TC::CPriceData> CPaperBrokerCore::book(const std::string& stockKey) const
+{
+    auto it = m_books.find(stockKey);
+    return it == m_books.end() ? boost::shared_ptr<const TC::CPriceData>() : it->second;
+}
+
+double CPaperBrokerCore::lastPriceOf(const std::string& stockKey, double fallback) const
+{
+    const auto quote = book(stockKey);
+    if (quote && utils::isUsable(quote->lastPrice) && quote->lastPrice > 0.0) {
+        return quote->lastPrice;
+    }
+    return fallback;
+}
+
+double CPaperBrokerCore::underlyingPrice(const nqservice::CInstrumentDetail& option) const
+{
+    const auto underlying = m_instruments(option.underlyingKey());
+    return underlying ? underlying->preClosePrice : utils::kAbsentDouble;
+}
+
+double CPaperBrokerCore::marginPerContract(const nqservice::CInstrumentDetail& option) const
+{
+    const double settle = utils::isUsable(option.preSettlementPrice) ? option.preSettlementPrice : option.preClosePrice;
+    const double margin = CExchangeRules::shortOptionMargin(option, settle, underlyingPrice(option));
+    if (!utils::isUsable(margin)) {
+        return utils::kAbsentDouble;
+    }
+    return round2(margin * (1.0 + CExchangeRules::kBrokerMarginMarkup));
+}
+
+boost::shared_ptr<nqservice::CPositionStatics>& CPaperBrokerCore::position(Account& account,
+                                                                          const nqservice::CInstrumentDetail& detail,
+                                                                          int direction)
+{
+    auto& pos = account.positions[positionKey(utils::vqStockKey(detail.market, detail.code), direction)];
+    if (!pos) {
+        pos = boost::make_shared<nqservice::CPositionStatics>();
+        pos->account = account.info;
+        pos->market = detail.market;
+        pos->code = detail.code;
+        pos->name = detail.name;
+        pos->direction = direction;
+    }
+    return pos;
+}
+
+double CPaperBrokerCore::resolvePrice(const nqservice::CCodeOrderParam& param,
+                                      const nqservice::CInstrumentDetail& detail, const TC::CPriceData* quote,
+                                      std::string& why) const
+{
+    const int type = param.priceType;
+    const auto operation = param.operationType;
+    const bool buy = classify(operation, detail.kind).buy;
+    double price = utils::kAbsentDouble;
+    if (isMarketOrder(type, detail.kind)) {
+        // Market orders hold money at the worst price they could fill at.
+        if (quote) {
+            price = buy ? quote->upStopPrice : quote->downStopPrice;
+        }
+    } else if (type == nqservice::PT_FIX || type == nqservice::PT_FIX_FOK ||
+               (type >= nqservice::PT_ASK5 && type <= nqservice::PT_BID5)) {
+        price = param.price;
+        if (!(utils::isUsable(price) && price > kTolerance) && quote && type != nqservice::PT_FIX &&
+            type != nqservice::PT_FIX_FOK) {
+            price = quote->getPriceForOrder(static_cast<nqservice::EPriceType>(type), operation, 0, nullptr, false);
+        }
+    } else if (quote) {
+        // 12 the limit of the order's side, 13 the own side's best, 14 the other side's best.
+        if (type == nqservice::PT_LIMIT_UP_DOWN) {
+            price = buy ? quote->upStopPrice : quote->downStopPrice;
+        } else if (type == nqservice::PT_QUEUE) {
+            price = buy ? quote->bidPrice1 : quote->askPrice1;
+        } else if (type == nqservice::PT_OPPONENT) {
+            price = buy ? quote->askPrice1 : quote->bidPrice1;
+        }
+    }
+    if (!(utils::isUsable(price) && price > kTolerance)) {
+        why = quote ? "委托价格无效" : "无可用行情, 无法确定委托价格";
+        return utils::kAbsentDouble;
+    }
+    const double tick = utils::isUsable(detail.priceTick) && detail.priceTick > 0.0 ? detail.priceTick : 0.0001;
+    const double ticks = price / tick;
+    if (std::fabs(ticks - std::round(ticks)) > 1e-6 * std::max(1.0, std::fabs(ticks))) {
+        why = "委托价格不是最小变动价位的整数倍";
+        return utils::kAbsentDouble;
+    }
+    price = std::round(ticks) * tick;
+    if (quote && !isMarketOrder(type, detail.kind)) {
+        const bool over = utils::isUsable(quote->upStopPrice) && price > quote->upStopPrice + kTolerance;
+        const bool under = utils::isUsable(quote->downStopPrice) && price < quote->downStopPrice - kTolerance;
+        if (over || under) {
+            why = "委托价格超出涨跌停范围";
+            return utils::kAbsentDouble;
+        }
+    }
+    return price;
+}
+
+std::string CPaperBrokerCore::check(const nqservice::CCodeOrderParam& param, const nqservice::EVqTraderType traderType,
+                                    std::map<std::string, Need>& needs, std::vector<Working>& orders)
+{
+    if (!param.account) {
+        return "账户不存在";
+    }
+    const std::string accountKey = param.account->getKey();
+    Account* account = findAccount(accountKey);
+    if (account == nullptr) {
+        return "账户不存在";
+    }
+    if (!account->loggedIn) {
+        return "账户未登录";
+    }
+    const std::string stockKey = utils::vqStockKey(param.stockInfo.market, param.stockInfo.code);
+    const auto detail = m_instruments(stockKey);
+    if (!detail || !detail->isOption()) {
+        return "合约不存在";
+    }
+    const bool stockOption = detail->kind == nqservice::IK_STOCK_OPTION;
+    const int wantedBroker = stockOption ? nqservice::VQ_BROKER_TYPE_STOCK_OPTION : nqservice::VQ_BROKER_TYPE_FUTURE_OPTION;
+    if (account->info->accountType != wantedBroker ||
+        (traderType != nqservice::VQ_TRADER_TYPE_NONE &&
+         traderType != (stockOption ? nqservice::VQ_TRADER_TYPE_STOCK_OPTION : nqservice::VQ_TRADER_TYPE_FUTURE_OPTION))) {
+        return "账户类型与合约不符";
+    }
+    const OpInfo op = classify(param.operationType, detail->kind);
+    if (!op.valid) {
+        return "不支持的委托操作";
+    }
+    if (!isKnownPriceType(param.priceType)) {
+        return "不支持的报价方式";
+    }
+    const int phase = phaseOf(detail->market);
+    if (!acceptsOrders(phase)) {
+        return "非交易时段";
+    }
+    if (!utils::isAbsent(detail->expireDate) && m_tradingDay > detail->expireDate) {
+        return "合约已到期";
+    }
+    const bool market = isMarketOrder(param.priceType, detail->kind);
+    if (market && phase != TC::TP_CONTINUOUS) {
+        return "集合竞价阶段不接受市价委托";
+    }
+    if (param.priceType == nqservice::PT_FIX_FOK && phase != TC::TP_CONTINUOUS) {
+        return "集合竞价阶段只接受普通限价委托";
+    }
+    if (param.volume <= 0) {
+        return "委托数量必须大于0";
+    }
+    const auto quote = book(stockKey);
+    if (market && (!quote || !utils::isUsable(quote->upStopPrice) || !utils::isUsable(quote->downStopPrice))) {
+        return "无可用行情, 无法市价委托";
+    }
+    std::string why;
+    const double price = resolvePrice(param, *detail, quote.get(), why);
+    if (!why.empty()) {
+        return why;
+    }
+
+    const double unit = unitOf(*detail);
+    const auto fees = CExchangeRules::paperFee(accountKey, *detail);
+    const double unitFee = nqservice::StockOptionFeeDataHelper::getUnitFee(
+        fees, op.offset, op.buy ? nqservice::EBS_BUY : nqservice::EBS_SELL);
+    Need& need = needs[accountKey];
+    const long long volume = param.volume;
+    double perUnit = 0.0;
+    double marginPer = 0.0;
+    const std::string underlyingKey = detail->underlyingKey();
+    if (op.open && op.buy) {
+        perUnit = price * unit + unitFee;
+    } else if (op.open && op.covered) {
+        perUnit = unitFee;
+        if (!m_instruments(underlyingKey)) {
+            return "标的证券不存在";
+        }
+        const std::string etf = positionKey(underlyingKey, kLong);
+        auto it = account->positions.find(etf);
+        const long long free = it == account->positions.end() ? 0 : it->second->position - it->second->frozen;
+        need.close[etf] += static_cast<long long>(std::llround(unit)) * volume;
+        if (need.close[etf] > free) {
+            return "标的证券可用数量不足";
+        }
+    } else if (op.open) {
+        marginPer = marginPerContract(*detail);
+        if (!utils::isUsable(marginPer)) {
+            return "无法计算保证金";
+        }
+        perUnit = marginPer + unitFee;
+    } else {
+        perUnit = op.buy ? price * unit + unitFee : unitFee;
+        const std::string key = positionKey(stockKey, op.direction);
+        auto it = account->positions.find(key);
+        long long closable = 0;
+        if (it != account->positions.end()) {
+            closable = it->second->position - it->second->frozen;
+            if (op.todayOnly) {
+                closable = std::min(closable, it->second->todayPosition);
+            }
+        }
+        need.close[key] += volume;
+        if (need.close[key] > closable) {
+            return "可平仓数量不足";
+        }
+    }
+    need.money += perUnit * static_cast<double>(volume);
+    if (need.money > account->available() + 1e-6) {
+        return "可用资金不足";
+    }
+    if (op.open && stockOption) {
+        // Positions over every contract of the underlying, working opens included.
+        long long longs = 0;
+        long long all = 0;
+        for (const auto& entry : account->positions) {
+            const auto& pos = entry.second;
+            const auto posDetail = m_instruments(utils::vqStockKey(pos->market, pos->code));
+            if (!posDetail || !posDetail->isOption() || posDetail->underlyingKey() != underlyingKey) {
+                continue;
+            }
+            all += pos->position;
+            if (pos->direction == kLong) {
+                longs += pos->position;
+            }
+        }
+        for (const auto& entry : m_working) {
+            const Working& w = *entry.second;
+            if (w.accountKey == accountKey && w.op.open && w.detail->underlyingKey() == underlyingKey) {
+                all += w.order->remaining;
+                if (w.op.buy) {
+                    longs += w.order->remaining;
+                }
+            }
+        }
+        need.opens[underlyingKey] += volume;
+        if (op.buy) {
+            need.longs[underlyingKey] += volume;
+        }
+        const long long bought = account->boughtToday[underlyingKey];
+        if (longs + need.longs[underlyingKey] > CExchangeRules::kLongPositionLimit ||
+            all + need.opens[underlyingKey] > CExchangeRules::kTotalPositionLimit ||
+            (op.buy && bought + need.longs[underlyingKey] > CExchangeRules::kTotalPositionLimit)) {
+            return "超出持仓限额";
+        }
+    }
+
+    // Orders above the exchange's largest order go out as slices within it.
+    const long long slice = std::max(1, CExchangeRules::maxOrderVolume(*detail, param.priceType));
+    for (long long left = volume; left > 0; left -= slice) {
+        Working work;
+        work.accountKey = accountKey;
+        work.detail = detail;
+        work.op = op;
+        work.market = market;
+        work.limit = market ? (op.buy ? quote->upStopPrice : quote->downStopPrice) : price;
+        work.frozenPerUnit = perUnit;
+        work.marginPerUnit = marginPer;
+        work.unitFee = unitFee;
+        auto order = boost::make_shared<nqservice::COrderDetail>();
+        order->account = account->info;
+        order->market = detail->market;
+        order->code = detail->code;
+        order->name = detail->name;
+        order->side = op.buy ? nqservice::EBS_BUY : nqservice::EBS_SELL;
+        order->price = market ? 0.0 : price;
+        order->volume = static_cast<int>(std::min(left, slice));
+        order->remaining = order->volume;
+        order->operationType = param.operationType;
+        order->priceType = param.priceType;
+        work.order = order;
+        orders.push_back(std::move(work));
+    }
+    return std::string();
+}
+
+PaperResult CPaperBrokerCore::submit(const nqservice::COrderComandParam& command)
+{
+    PaperResult result;
+    if (m_halted) {
+        result.refusal = "交易已暂停";
+        return result;
+    }
+    if (command.params.empty()) {
+        result.refusal = "指令中没有委托";
+        return result;
+    }
+    std::map<std::string, Need> needs;
+    std::vector<Working> orders;
+    for (const auto& param : command.params) {
+        if (!param) {
+            result.refusal = "委托参数为空";
+            return result;
+        }
+        const std::string why = check(*param, command.traderType, needs, orders);
+        if (!why.empty()) {
+            result.refusal = param->stockInfo.code.empty() ? why : param->stockInfo.code + " " + why;
+            return result;
+        }
+    }
+    result.commandId = padded('C', ++m_commandSeq);
+    std::vector<std::string> accepted;
+    for (Working& work : orders) {
+        work.order->commandId = result.commandId;
+        accept(work, result);
+        accepted.push_back(work.key());
+    }
+    // Continuous trading fills what crosses at once; call auctions match at their end.
+    for (const std::string& key : accepted) {
+        auto found = m_working.find(key);
+        if (found != m_working.end() && phaseOf(found->second->detail->market) == TC::TP_CONTINUOUS) {
+            tryFill(*found->second, result);
+        }
+    }
+    for (auto& entry : m_accounts) {
+        revalue(*entry.second, result, false);
+    }
+    return result;
+}
+
+void CPaperBrokerCore::accept(Working& work, PaperResult& out)
+{
+    Account& account = *findAccount(work.accountKey);
+    auto& order = *work.order;
+    order.orderId = padded('O', ++m_orderSeq);
+    order.insertTime = m_now;
+    order.updateTime = m_now;
+    order.status = nqservice::OS_WORKING;
+    account.orders[order.orderId] = work.order;
+    account.frozen += work.frozenPerUnit * order.remaining;
+    account.fundsTouched = true;
+    if (work.op.open && work.op.covered) {
+        auto it = account.positions.find(positionKey(work.detail->underlyingKey(), kLong));
+        if (it != account.positions.end()) {
+            auto& etf = it->second;
+            etf->frozen += static_cast<long long>(std::llround(unitOf(*work.detail))) * order.remaining;
+            etf->available = etf->position - etf->frozen;
+            account.touched.push_back(etf);
+        }
+    } else if (!work.op.open) {
+        auto& pos = position(account, *work.detail, work.op.direction);
+        pos->frozen += order.remaining;
+        pos->available = pos->position - pos->frozen;
+        account.touched.push_back(pos);
+    }
+    if (work.op.open && work.op.buy) {
+        account.boughtToday[work.detail->underlyingKey()] += order.remaining;
+    }
+    const std::string stockKey = work.stockKey();
+    const std::string key = work.key();
+    m_working[key] = std::make_unique<Working>(work);
+    m_byInstrument[stockKey].orders.push_back(key);
+    reindex(stockKey);
+    emitOrder(work, out);
+}
+
+void CPaperBrokerCore::reindex(const std::string& stockKey)
+{
+    auto it = m_byInstrument.find(stockKey);
+    if (it == m_byInstrument.end()) {
+        return;
+    }
+    InstrumentWork& work = it->second;
+    work.bestBuy = -1.0;
+    work.bestSell = -1.0;
+    for (const std::string& key : work.orders) {
+        const Working& w = *m_working.at(key);
+        if (w.op.buy) {
+            work.bestBuy = std::max(work.bestBuy, w.limit);
+        } else if (work.bestSell < 0.0 || w.limit < work.bestSell) {
+            work.bestSell = w.limit;
+        }
+    }
+    if (work.orders.empty()) {
+        m_byInstrument.erase(it);
+    }
+}
+
+void CPaperBrokerCore::removeWorking(const std::string& orderKey)
+{
+    auto it = m_working.find(orderKey);
+    if (it == m_working.end()) {
+        return;
+    }
+    const std::string stockKey = it->second->stockKey();
+    m_working.erase(it);
+    auto byKey = m_byInstrument.find(stockKey);
+    if (byKey != m_byInstrument.end()) {
+        auto& list = byKey->second.orders;
+        list.erase(std::remove(list.begin(), list.end(), orderKey), list.end());
+        reindex(stockKey);
+    }
+}
+
+void CPaperBrokerCore::matchBook(const std::string& stockKey, PaperResult& out)
+{
+    auto it = m_byInstrument.find(stockKey);
+    const auto quote = book(stockKey);
+    if (it == m_byInstrument.end() || !quote) {
+        return;
+    }
+    // Most quotes cross nothing: a look at the best limits decides without a walk.
+    const bool buys = it->second.bestBuy > 0.0 && utils::isUsable(quote->askPrice1) &&
+                      it->second.bestBuy >= quote->askPrice1 - kTolerance;
+    const bool sells = it->second.bestSell > 0.0 && utils::isUsable(quote->bidPrice1) &&
+                       it->second.bestSell <= quote->bidPrice1 + kTolerance;
+    if (!buys && !sells) {
+        return;
+    }
+    const std::vector<std::string> keys = it->second.orders;
+    for (const std::string& key : keys) {
+        auto found = m_working.find(key);
+        if (found != m_working.end()) {
+            tryFill(*found->second, out);
+        }
+    }
+}
+
+bool CPaperBrokerCore::tryFill(Working& work, PaperResult& out)
+{
+    const std::string stockKey = work.stockKey();
+    const auto quote = book(stockKey);
+    auto& order = *work.order;
+    const int type = order.priceType;
+    const bool allOrNone = type == nqservice::PT_FIX_FOK || type == nqservice::PT_MARKET_FOK;
+    const bool toLimit = type == nqservice::PT_MARKET_TO_LIMIT && work.market;
+    const int levels = toLimit ? 1 : 5;
+    auto& taken = m_taken[stockKey];
+    const int side = work.op.buy ? 1 : 0;  // the side of the book it takes from: 1 asks, 0 bids
+
+    auto levelOf = [&](int level, double& price, long long& volume) {
+        price = work.op.buy ? quote->askPrice(level) : quote->bidPrice(level);
+        volume = work.op.buy ? quote->askVolume(level) : quote->bidVolume(level);
+        if (!utils::isUsable(price) || price <= 0.0 || volume <= 0) {
+            return false;
+        }
+        if (work.op.buy ? price > work.limit + kTolerance : price < work.limit - kTolerance) {
+            return false;
+        }
+        volume -= taken[{side, level}];
+        return true;
+    };
+
+    long long filled = 0;
+    if (!quote && allOrNone) {
+        finish(work, nqservice::OS_CANCELLED, "未能全部成交, 已撤单", out);
+        return false;
+    }
+    if (quote) {
+        if (allOrNone) {
+            long long reachable = 0;
+            for (int level = 1; level <= levels; ++level) {
+                double price = 0.0;
+                long long volume = 0;
+                if (!levelOf(level, price, volume)) {
+                    break;
+                }
+                reachable += std::max(0LL, volume);
+            }
+            if (reachable < order.remaining) {
+                finish(work, nqservice::OS_CANCELLED, "未能全部成交, 已撤单", out);
+                return false;
+            }
+        }
+        double lastPrice = 0.0;
+        for (int level = 1; level <= levels && order.remaining > 0; ++level) {
+            double price = 0.0;
+            long long volume = 0;
+            if (!levelOf(level, price, volume)) {
+                break;
+            }
+            if (volume <= 0) {
+                continue;
+            }
+            const long long take = std::min<long long>(volume, order.remaining);
+            taken[{side, level}] += take;
+            fill(work, price, take, out);
+            filled += take;
+            lastPrice = price;
+        }
+        if (toLimit && filled > 0 && order.remaining > 0) {
+            // The rest becomes a limit order at the price it traded at.
+            work.market = false;
+            work.limit = lastPrice;
+            order.price = lastPrice;
+            reindex(stockKey);
+        }
+    }
+    if (order.remaining == 0) {
+        order.status = nqservice::OS_FILLED;
+        order.updateTime = m_now;
+        emitOrder(work, out);
+        removeWorking(work.key());
+        return true;
+    }
+    if (work.market) {
+        finish(work, nqservice::OS_CANCELLED, filled > 0 ? "剩余部分已撤销" : "无对手方报价, 已撤单", out);
+        return filled > 0;
+    }
+    if (filled > 0) {
+        emitOrder(work, out);
+    }
+    return filled > 0;
+}
+
+void CPaperBrokerCore::fill(Working& work, double price, long long volume, PaperResult& out)
+{
+    Account& account = *findAccount(work.accountKey);
+    auto& order = *work.order;
+    const auto& detail = *work.detail;
+    const double unit = unitOf(detail);
+    const double premium = round2(price * unit * static_cast<double>(volume));
+    const double fee = round2(work.unitFee * static_cast<double>(volume));
+    account.frozen = std::max(0.0, account.frozen - work.frozenPerUnit * static_cast<double>(volume));
+    if (account.frozen < 1e-6) {
+        account.frozen = 0.0;
+    }
+    account.fee += fee;
+    account.fundsTouched = true;
+    order.tradedVolume += static_cast<int>(volume);
+    order.remaining -= static_cast<int>(volume);
+    order.tradedAmount += premium;
+    order.fee += fee;
+    order.status = order.remaining == 0 ? nqservice::OS_FILLED : nqservice::OS_PARTIAL;
+    order.updateTime = m_now;
+
+    auto& pos = position(account, detail, work.op.direction);
+    if (work.op.open) {
+        const double before = pos->avgPrice * static_cast<double>(pos->position);
+        pos->position += volume;
+        pos->todayPosition += volume;
+        pos->avgPrice = (before + price * static_cast<double>(volume)) / static_cast<double>(pos->position);
+        if (work.op.buy) {
+            account.cash -= premium + fee;
+        } else {
+            account.cash += premium - fee;
+            if (!work.op.covered) {
+                const double margin = round2(work.marginPerUnit * static_cast<double>(volume));
+                pos->margin += margin;
+                account.margin += margin;
+            }
+        }
+    } else {
+        if (!work.op.covered && work.op.direction == kShort && pos->position > 0) {
+            const double margin = pos->margin * static_cast<double>(volume) / static_cast<double>(pos->position);
+            pos->margin -= margin;
+            account.margin = std::max(0.0, account.margin - margin);
+        }
+        pos->position -= volume;
+        pos->frozen -= volume;
+        if (work.op.todayOnly) {
+            pos->todayPosition -= volume;
+        } else {
+            pos->todayPosition = std::min(pos->todayPosition, pos->position);
+        }
+        if (pos->position == 0) {
+            pos->margin = 0.0;
+        }
+        if (work.op.covered) {
+            auto it = account.positions.find(positionKey(detail.underlyingKey(), kLong));
+            if (it != account.positions.end()) {
+                auto& etf = it->second;
+                etf->frozen -= static_cast<long long>(std::llround(unit)) * volume;
+                etf->available = etf->position - etf->frozen;
+                account.touched.push_back(etf);
+            }
+        }
+        account.cash += work.op.buy ? -(premium + fee) : premium - fee;
+    }
+    // A covered open's ETF shares stay locked: by the position now instead of the order.
+    pos->available = pos->position - pos->frozen;
+    pos->lastPrice = price;
+    account.touched.push_back(pos);
+    account.cash = round2(account.cash);
+
+    auto deal = boost::make_shared<nqservice::CDealDetail>();
+    deal->account = account.info;
+    deal->dealId = padded('D', ++m_dealSeq);
+    deal->orderId = order.orderId;
+    deal->market = detail.market;
+    deal->code = detail.code;
+    deal->name = detail.name;
+    deal->side = order.side;
+    deal->operationType = order.operationType;
+    deal->price = price;
+    deal->volume = static_cast<int>(volume);
+    deal->fee = fee;
+    deal->time = m_now;
+    account.deals[deal->dealId] = deal;
+    PaperChange change;
+    change.dataType = nqservice::VQ_DATA_TYPE_QUICK_ORDER;
+    change.accountKey = work.accountKey;
+    change.record = deal->copy();
+    out.changes.push_back(std::move(change));
+}
+
+void CPaperBrokerCore::finish(Working& work, nqservice::EOrderStatus status, const std::string& message,
+                              PaperResult& out)
+{
+    Account& account = *findAccount(work.accountKey);
+    auto& order = *work.order;
+    const long long rest = order.remaining;
+    account.frozen = std::max(0.0, account.frozen - work.frozenPerUnit * static_cast<double>(rest));
+    if (account.frozen < 1e-6) {
+        account.frozen = 0.0;
+    }
+    account.fundsTouched = true;
+    if (work.op.open && work.op.covered) {
+        auto it = account.positions.find(positionKey(work.detail->underlyingKey(), kLong));
+        if (it != account.positions.end()) {
+            auto& etf = it->second;
+            etf->frozen -= static_cast<long long>(std::llround(unitOf(*work.detail))) * rest;
+            etf->available = etf->position - etf->frozen;
+            account.touched.push_back(etf);
+        }
+    } else if (!work.op.open) {
+        auto& pos = position(account, *work.detail, work.op.direction);
+        pos->frozen -= rest;
+        pos->available = pos->position - pos->frozen;
+        account.touched.push_back(pos);
+    }
+    if (work.op.open && work.op.buy) {
+        long long& bought = account.boughtToday[work.detail->underlyingKey()];
+        bought = std::max(0LL, bought - rest);
+    }
+    order.remaining = 0;
+    order.status = status;
+    order.message = message;
+    order.updateTime = m_now;
+    emitOrder(work, out);
+    removeWorking(work.key());
+}
+
+PaperResult CPaperBrokerCore::cancel(const std::string& accountKey, const std::string& orderId)
+{
+    PaperResult result;
+    Account* account = findAccount(accountKey);
+    if (account == nullptr) {
+        result.refusal = "账户不存在";
+        return result;
+    }
+    if (!account->loggedIn) {
+        result.refusal = "账户未登录";
+        return result;
+    }
+    auto it = m_working.find(accountKey + "|" + orderId);
+    if (it == m_working.end()) {
+        result.refusal = account->orders.count(orderId) ? "委托已完成, 无法撤单" : "委托不存在";
+        return result;
+    }
+    Working& work = *it->second;
+    if (market::CSessionClock::isStockMarket(work.detail->market) && m_now > 0) {
+        const QTime time = TC::exchangeDateTime(m_now).time();
+        if ((time >= QTime(9, 20) && time < QTime(9, 25)) || (time >= QTime(14, 57) && time < QTime(15, 0))) {
+            result.refusal = "集合竞价阶段不可撤单";
+            return result;
+        }
+    }
+    finish(work, nqservice::OS_CANCELLED, "已撤单", result);
+    revalue(*account, result, false);
+    return result;
+}
+
+PaperResult CPaperBrokerCore::onQuote(const boost::shared_ptr<const TC::CPriceData>& quote)
+{
+    PaperResult result;
+    if (!quote) {
+        return result;
+    }
+    const std::string key = utils::vqStockKey(quote->market, quote->code);
+    m_books[key] = quote;
+    auto taken = m_taken.find(key);
+    if (taken != m_taken.end()) {
+        taken->second.clear();
+    }
+    if (phaseOf(quote->market) == TC::TP_CONTINUOUS && m_byInstrument.count(key)) {
+        matchBook(key, result);
+        for (auto& entry : m_accounts) {
+            revalue(*entry.second, result, false);
+        }
+    }
+    return result;
+}
+
+void CPaperBrokerCore::auctionMatch(bool stockMarket, PaperResult& out)
+{
+    std::vector<std::string> keys;
+    for (const auto& entry : m_working) {
+        if (market::CSessionClock::isStockMarket(entry.second->detail->market) == stockMarket) {
+            keys.push_back(entry.first);
+        }
+    }
+    for (const std::string& key : keys) {
+        auto it = m_working.find(key);
+        if (it == m_working.end()) {
+            continue;
+        }
+        Working& work = *it->second;
+        const auto quote = book(work.stockKey());
+        if (!quote) {
+            continue;
+        }
+        // The auction's price: its indicative mark, else the last trade.
+        double price = quote->quoteMarkB;
+        if (!utils::isUsable(price) || price <= 0.0) {
+            price = quote->lastPrice;
+        }
+        if (!utils::isUsable(price) || price <= 0.0) {
+            continue;
+        }
+        const bool crosses = work.op.buy ? work.limit >= price - kTolerance : work.limit <= price + kTolerance;
+        if (!crosses) {
+            continue;
+        }
+        fill(work, price, work.order->remaining, out);
+        emitOrder(work, out);
+        removeWorking(key);
+    }
+}
+
+void CPaperBrokerCore::endOfDay(PaperResult& out)
+{
+    std::vector<std::string> keys;
+    for (const auto& entry : m_working) {
+        keys.push_back(entry.first);
+    }
+    for (const std::string& key : keys) {
+        auto it = m_working.find(key);
+        if (it != m_working.end()) {
+            finish(*it->second, nqservice::OS_CANCELLED, "收盘未成交, 已撤单", out);
+        }
+    }
+}
+
+void CPaperBrokerCore::beginDay(int tradingDay, PaperResult& out)
+{
+    const bool firstDay = m_tradingDay == 0;
+    m_tradingDay = tradingDay;
+    if (firstDay) {
+        return;
+    }
+    endOfDay(out);
+    for (auto& entry : m_accounts) {
+        Account& account = *entry.second;
+        account.boughtToday.clear();
+        account.fee = 0.0;
+        account.fundsTouched = true;
+        for (auto& pos : account.positions) {
+            if (pos.second->todayPosition != 0) {
+                pos.second->todayPosition = 0;
+                account.touched.push_back(pos.second);
+            }
+        }
+        // Yesterday's finished orders and deals leave the day's tables.
+        auto remove = [&](int dataType, const boost::shared_ptr<nqservice::IData>& record) {
+            PaperChange change;
+            change.dataType = dataType;
+            change.accountKey = entry.first;
+            change.record = record;
+            change.removed = true;
+            out.changes.push_back(std::move(change));
+        };
+        for (const auto& order : account.orders) {
+            remove(nqservice::VQ_DATA_TYPE_ORDER, order.second->copy());
+        }
+        for (const auto& deal : account.deals) {
+            remove(nqservice::VQ_DATA_TYPE_QUICK_ORDER, deal.second->copy());
+        }
+        account.orders.clear();
+        account.deals.clear();
+    }
+}
+
+PaperResult CPaperBrokerCore::onClock(long long epochMs)
+{
+    PaperResult result;
+    if (epochMs < m_now) {
+        return result;  // time never runs back
+    }
+    m_now = epochMs;
+    const QDateTime local = TC::exchangeDateTime(epochMs);
+    const QDate day = market::CSessionClock::tradingDayOf(nqservice::kMarketSSE, local);
+    const int dayInt = day.year() * 10000 + day.month() * 100 + day.day();
+    if (dayInt != m_tradingDay) {
+        beginDay(dayInt, result);
+    }
+    const int stockPhase = market::CSessionClock::phaseAt(nqservice::kMarketSSE, local);
+    const int futurePhase = market::CSessionClock::phaseAt(nqservice::kMarketDCE, local);
+    const int oldStock = m_stockPhase;
+    const int oldFuture = m_futurePhase;
+    m_stockPhase = stockPhase;
+    m_futurePhase = futurePhase;
+    auto leftAuction = [](int before, int after) {
+        return (before == TC::TP_OPEN_CALL_AUCTION || before == TC::TP_CLOSE_CALL_AUCTION) && before != after &&
+               after != TC::TP_AUCTION_MATCHED;
+    };
+    const bool stockOpenMatched = oldStock == TC::TP_OPEN_CALL_AUCTION && stockPhase == TC::TP_AUCTION_MATCHED;
+    if (leftAuction(oldStock, stockPhase) || stockOpenMatched) {
+        auctionMatch(true, result);
+    }
+    if (leftAuction(oldFuture, futurePhase)) {
+        auctionMatch(false, result);
+    }
+    if (oldStock != 0 && oldStock != TC::TP_CLOSED && stockPhase == TC::TP_CLOSED) {
+        endOfDay(result);
+    }
+    if (stockPhase == TC::TP_CONTINUOUS && oldStock != TC::TP_CONTINUOUS) {
+        std::vector<std::string> keys;
+        for (const auto& entry : m_byInstrument) {
+            keys.push_back(entry.first);
+        }
+        for (const std::string& key : keys) {
+            matchBook(key, result);
+        }
+    }
+    // Positions are valued again every few seconds: each valuation is a commit and a publication.
+    const bool valueNow = m_now - m_lastRevalue >= 5000;
+    if (valueNow) {
+        m_lastRevalue = m_now;
+    }
+    for (auto& entry : m_accounts) {
+        revalue(*entry.second, result, valueNow);
+    }
+    return result;
+}
+
+void CPaperBrokerCore::revalue(Account& account, PaperResult& out, bool force)
+{
+    if (force) {
+        for (auto& entry : account.positions) {
+            auto& pos = entry.second;
+            const double last = lastPriceOf(utils::vqStockKey(pos->market, pos->code), pos->lastPrice);
+            if (std::fabs(last - pos->lastPrice) > kTolerance) {
+                pos->lastPrice = last;
+                account.touched.push_back(pos);
+            }
+        }
+    }
+    // Positions first, each once, in the order they were touched.
+    std::set<nqservice::CPositionStatics*> seen;
+    std::vector<std::string> gone;
+    for (const auto& pos : account.touched) {
+        if (!seen.insert(pos.get()).second) {
+            continue;
+        }
+        const auto detail = m_instruments(utils::vqStockKey(pos->market, pos->code));
+        const double unit = detail ? unitOf(*detail) : 1.0;
+        const double sign = pos->direction == kLong ? 1.0 : -1.0;
+        pos->floatProfit = round2((pos->lastPrice - pos->avgPrice) * static_cast<double>(pos->position) * unit * sign);
+        const bool empty = pos->position == 0 && pos->frozen == 0;
+        emitPosition(account, pos, out);
+        if (empty) {
+            out.changes.back().removed = true;
+            gone.push_back(positionKey(utils::vqStockKey(pos->market, pos->code), pos->direction));
+        }
+        account.fundsTouched = true;
+    }
+    account.touched.clear();
+    for (const std::string& key : gone) {
+        auto it = account.positions.find(key);
+        if (it != account.positions.end() && it->second->position == 0 && it->second->frozen == 0) {
+            account.positions.erase(it);
+        }
+    }
+    if (account.fundsTouched) {
+        emitFunds(account, out);
+        account.fundsTouched = false;
+    }
+}
+
+void CPaperBrokerCore::emitOrder(const Working& work, PaperResult& out) const
+{
+    PaperChange change;
+    change.dataType = nqservice::VQ_DATA_TYPE_ORDER;
+    change.accountKey = work.accountKey;
+    change.record = work.order->copy();
+    if (!nqservice::COrderDetailHelper::completed(*work.order)) {
+        change.extra = work.extra();
+    }
+    out.changes.push_back(std::move(change));
+}
+
+void CPaperBrokerCore::emitPosition(Account& account, const boost::shared_ptr<nqservice::CPositionStatics>& pos,
+                                    PaperResult& out)
+{
+    PaperChange change;
+    change.dataType = nqservice::VQ_DATA_TYPE_POSITION_STATICS;
+    change.accountKey = account.info->getKey();
+    change.record = pos->copy();
+    out.changes.push_back(std::move(change));
+}
+
+boost::shared_ptr<nqservice::CAccountDetail> CPaperBrokerCore::funds(const std::string& accountKey) const
+{
+    const Account* account = findAccount(accountKey);
+    if (account == nullptr) {
+        return boost::shared_ptr<nqservice::CAccountDetail>();
+    }
+    auto detail = boost::make_shared<nqservice::CAccountDetail>();
+    detail->accountId = accountKey;
+    double value = 0.0;
+    double floating = 0.0;
+    for (const auto& entry : account->positions) {
+        const auto& pos = entry.second;
+        const auto instrument = m_instruments(utils::vqStockKey(pos->market, pos->code));
+        const double unit = instrument ? unitOf(*instrument) : 1.0;
+        const double sign = pos->direction == kLong ? 1.0 : -1.0;
+        value += sign * pos->lastPrice * unit * static_cast<double>(pos->position);
+        floating += pos->floatProfit;
+    }
+    detail->availableFunds = round2(account->available());
+    detail->frozenFunds = round2(account->frozen);
+    detail->margin = round2(account->margin);
+    detail->fee = round2(account->fee);
+    detail->marketValue = round2(value);
+    detail->floatProfit = round2(floating);
+    detail->balance = round2(account->cash + value);
+    return detail;
+}
+
+void CPaperBrokerCore::emitFunds(Account& account, PaperResult& out)
+{
+    PaperChange change;
+    change.dataType = nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL;
+    change.accountKey = account.info->getKey();
+    change.record = funds(change.accountKey);
+    bson::BSONObjBuilder b;
+    b.append("cash", account.cash);
+    b.append("frozen", account.frozen);
+    b.append("margin", account.margin);
+    b.append("fee", account.fee);
+    b.append("info", account.info->toBsonWithBson());
+    change.extra = b.obj();
+    out.changes.push_back(std::move(change));
+}
+
+std::vector<boost::shared_ptr<nqservice::IData>> CPaperBrokerCore::table(const std::string& accountKey,
+                                                                       int dataType) const
+{
+    std::vector<boost::shared_ptr<nqservice::IData>> rows;
+    const Account* account = findAccount(accountKey);
+    if (account == nullptr) {
+        return rows;
+    }
+    switch (dataType) {
+    case nqservice::VQ_DATA_TYPE_ORDER:
+        for (const auto& entry : account->orders) {
+            rows.push_back(entry.second->copy());
+        }
+        break;
+    case nqservice::VQ_DATA_TYPE_QUICK_ORDER:
+        for (const auto& entry : account->deals) {
+            rows.push_back(entry.second->copy());
+        }
+        break;
+    case nqservice::VQ_DATA_TYPE_POSITION_STATICS:
+        for (const auto& entry : account->positions) {
+            if (entry.second->position != 0 || entry.second->frozen != 0) {
+                rows.push_back(entry.second->copy());
+            }
+        }
+        break;
+    case nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL:
+        rows.push_back(funds(accountKey));
+        break;
+    default:
+        break;
+    }
+    return rows;
+}
+
+long long CPaperBrokerCore::availableVolume(const std::string& accountKey, const std::string& market,
+                                            const std::string& code, int operation, int priceType,
+                                            double price) const
+{
+    const Account* account = findAccount(accountKey);
+    const std::string stockKey = utils::vqStockKey(market, code);
+    const auto detail = m_instruments(stockKey);
+    if (account == nullptr || !detail || !detail->isOption()) {
+        return 0;
+    }
+    const OpInfo op = classify(operation, detail->kind);
+    if (!op.valid) {
+        return 0;
+    }
+    const auto quote = book(stockKey);
+    if (!(utils::isUsable(price) && price > kTolerance) || isMarketOrder(priceType, detail->kind)) {
+        nqservice::CCodeOrderParam param;
+        param.operationType = static_cast<nqservice::EOperationType>(operation);
+        param.priceType = static_cast<nqservice::EPriceType>(priceType);
+        param.price = price;
+        std::string why;
+        price = resolvePrice(param, *detail, quote.get(), why);
+        if (!why.empty() && quote) {
+            price = op.buy ? quote->upStopPrice : quote->downStopPrice;
+        }
+    }
+    const double unit = unitOf(*detail);
+    const auto fees = CExchangeRules::paperFee(accountKey, *detail);
+    const double unitFee = nqservice::StockOptionFeeDataHelper::getUnitFee(
+        fees, op.offset, op.buy ? nqservice::EBS_BUY : nqservice::EBS_SELL);
+    const double money = std::max(0.0, account->available());
+    auto byMoney = [&](double perUnit) -> long long {
+        if (!(perUnit > 0.0) || !std::isfinite(perUnit)) {
+            return 0;
+        }
+        return static_cast<long long>(std::floor(money / perUnit + 1e-9));
+    };
+    long long volume = 0;
+    if (op.open && op.covered) {
+        auto it = account->positions.find(positionKey(detail->underlyingKey(), kLong));
+        const long long shares = it == account->positions.end() ? 0 : it->second->position - it->second->frozen;
+        volume = std::min(shares / std::max(1LL, static_cast<long long>(std::llround(unit))), byMoney(unitFee));
+    } else if (op.open) {
+        if (!utils::isUsable(price)) {
+            return 0;
+        }
+        volume = op.buy ? byMoney(price * unit + unitFee) : byMoney(marginPerContract(*detail) + unitFee);
+    } else {
+        auto it = account->positions.find(positionKey(stockKey, op.direction));
+        if (it != account->positions.end()) {
+            volume = it->second->position - it->second->frozen;
+            if (op.todayOnly) {
+                volume = std::min(volume, it->second->todayPosition);
+            }
+        }
+        if (op.buy && utils::isUsable(price)) {
+            volume = std::min(volume, byMoney(price * unit + unitFee));
+        }
+    }
+    return std::max(0LL, volume);
+}
+
+std::map<std::string, long long> CPaperBrokerCore::meta() const
+{
+    return {{"orderSeq", m_orderSeq}, {"dealSeq", m_dealSeq}, {"commandSeq", m_commandSeq}, {"tradingDay", m_tradingDay}};
+}
+
+void CPaperBrokerCore::setMeta(const std::map<std::string, long long>& values)
+{
+    auto get = [&](const char* key, long long fallback) {
+        auto it = values.find(key);
+        return it == values.end() ? fallback : it->second;
+    };
+    m_orderSeq = std::max(m_orderSeq, get("orderSeq", 0));
+    m_dealSeq = std::max(m_dealSeq, get("dealSeq", 0));
+    m_commandSeq = std::max(m_commandSeq, get("commandSeq", 0));
+    m_tradingDay = static_cast<int>(get("tradingDay", m_tradingDay));
+}
+
+void CPaperBrokerCore::restore(int dataType, const std::string& accountKey, const bson::BSONObj& record,
+                               const bson::BSONObj& extra)
+{
+    Account* account = findAccount(accountKey);
+    if (account == nullptr) {
+        auto created = std::make_unique<Account>();
+        created->info = boost::make_shared<nqservice::CAccountInfo>();
+        created->info->accountId = accountKey;
+        account = created.get();
+        m_accounts[accountKey] = std::move(created);
+    }
+    switch (dataType) {
+    case nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL: {
+        account->cash = extra.getField("cash").numberDouble();
+        account->frozen = extra.getField("frozen").numberDouble();
+        account->margin = extra.getField("margin").numberDouble();
+        account->fee = extra.getField("fee").numberDouble();
+        if (extra.hasField("info")) {
+            account->info->bsonValueFromObj(extra.getField("info").embeddedObject(), true, nullptr);
+        }
+        break;
+    }
+    case nqservice::VQ_DATA_TYPE_POSITION_STATICS: {
+        auto pos = boost::make_shared<nqservice::CPositionStatics>();
+        pos->bsonValueFromObj(record, true, nullptr);
+        pos->account = account->info;
+        account->positions[positionKey(utils::vqStockKey(pos->market, pos->code), pos->direction)] = pos;
+        break;
+    }
+    case nqservice::VQ_DATA_TYPE_QUICK_ORDER: {
+        auto deal = boost::make_shared<nqservice::CDealDetail>();
+        deal->bsonValueFromObj(record, true, nullptr);
+        deal->account = account->info;
+        account->deals[deal->dealId] = deal;
+        break;
+    }
+    case nqservice::VQ_DATA_TYPE_ORDER: {
+        auto order = boost::make_shared<nqservice::COrderDetail>();
+        order->bsonValueFromObj(record, true, nullptr);
+        order->account = account->info;
+        account->orders[order->orderId] = order;
+        const std::string key = accountKey + "|" + order->orderId;
+        const auto detail = m_instruments(utils::vqStockKey(order->market, order->code));
+        if (nqservice::COrderDetailHelper::completed(*order) || !detail || extra.isEmpty()) {
+            m_working.erase(key);
+            break;
+        }
+        auto work = std::make_unique<Working>();
+        work->accountKey = accountKey;
+        work->order = order;
+        work->detail = detail;
+        work->op = classify(order->operationType, detail->kind);
+        work->frozenPerUnit = extra.getField("fpu").numberDouble();
+        work->marginPerUnit = extra.getField("mpu").numberDouble();
+        work->unitFee = extra.getField("fee").numberDouble();
+        work->limit = extra.getField("limit").numberDouble();
+        work->market = extra.getField("market").trueValue();
+        m_working[key] = std::move(work);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void CPaperBrokerCore::finishRestore()
+{
+    m_byInstrument.clear();
+    // Time order of the working orders: their ids grow with time.
+    std::vector<std::pair<std::string, std::string>> ordered;
+    for (const auto& entry : m_working) {
+        ordered.emplace_back(entry.second->order->orderId, entry.first);
+    }
+    std::sort(ordered.begin(), ordered.end());
+    for (const auto& item : ordered) {
+        const Working& work = *m_working.at(item.second);
+        m_byInstrument[work.stockKey()].orders.push_back(item.second);
+        if (work.op.open && work.op.buy) {
+            findAccount(work.accountKey)->boughtToday[work.detail->underlyingKey()] += work.order->remaining;
+        }
+    }
+    std::vector<std::string> keys;
+    for (const auto& entry : m_byInstrument) {
+        keys.push_back(entry.first);
+    }
+    for (const std::string& key : keys) {
+        reindex(key);
+    }
+    for (auto& entry : m_accounts) {
+        for (auto& pos : entry.second->positions) {
+            pos.second->account = entry.second->info;
+        }
+        for (const auto& deal : entry.second->deals) {
+            const auto detail = m_instruments(utils::vqStockKey(deal.second->market, deal.second->code));
+            const OpInfo op = detail ? classify(deal.second->operationType, detail->kind) : OpInfo();
+            if (op.valid && op.open && op.buy) {
+                entry.second->boughtToday[detail->underlyingKey()] += deal.second->volume;
+            }
+        }
+    }
+}
+
+}  // namespace trading

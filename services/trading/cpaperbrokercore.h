@@ -1,0 +1,156 @@
+// The paper broker's books: accounts, funds, orders, deals and positions, and
+// the matching of orders against the newest quotes. It has no thread, no clock
+// and no file of its own: it changes only through its inputs (a command, a
+// cancel, a quote, a clock step), and each input answers with the records it
+// changed, in order, for the caller to commit and publish. Same inputs, same state.
+#pragma once
+
+#include "seam/cinstrumentdetail.h"
+#include "seam/cpricedata.h"
+#include "seam/tradingrecords.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace trading {
+
+// An account as the broker opens it on first use.
+struct PaperAccountSpec {
+    boost::shared_ptr<nqservice::CAccountInfo> info;
+    double cash = 0.0;
+    // ETF shares held at the opening, by stock key; they cover covered calls.
+    std::vector<std::pair<std::string, long long>> holdings;
+};
+
+// One changed record: a copy, safe to hand to another thread.
+struct PaperChange {
+    int dataType = 0;  // 542 orders, 547 positions, 570 deals, 544 funds
+    std::string accountKey;
+    boost::shared_ptr<nqservice::IData> record;
+    // What the broker keeps beside the record to restore itself (frozen amounts).
+    bson::BSONObj extra;
+    bool removed = false;  // the record left its table (a position closed out)
+};
+
+struct PaperResult {
+    std::vector<PaperChange> changes;
+    std::string refusal;  // UTF-8 reason of a refused command or cancel; empty otherwise
+    std::string commandId;
+    bool accepted() const { return refusal.empty(); }
+};
+
+class CPaperBrokerCore {
+public:
+    using InstrumentLookup = std::function<std::shared_ptr<nqservice::CInstrumentDetail>(const std::string& key)>;
+
+    explicit CPaperBrokerCore(InstrumentLookup instruments);
+    ~CPaperBrokerCore();
+    CPaperBrokerCore(const CPaperBrokerCore&) = delete;
+    CPaperBrokerCore& operator=(const CPaperBrokerCore&) = delete;
+
+    // --- inputs -------------------------------------------------------------
+    // Opens an account unless the ledger already restored it; the opening
+    // records (funds, ETF holdings) go into out.
+    void openAccount(const PaperAccountSpec& spec, PaperResult& out);
+    void setLoggedIn(const std::string& accountKey, bool loggedIn);
+    // The kill switch: while halted every new command is refused.
+    void setHalted(bool halted) { m_halted = halted; }
+    bool halted() const { return m_halted; }
+
+    // Checks the whole command, then accepts every order of it or none.
+    PaperResult submit(const nqservice::COrderComandParam& command);
+    PaperResult cancel(const std::string& accountKey, const std::string& orderId);
+    // The newest snapshot of an instrument: the book that orders fill against.
+    PaperResult onQuote(const boost::shared_ptr<const TC::CPriceData>& quote);
+    // Moves the broker's time: auctions end, the close cancels what still works,
+    // a new trading day starts; positions and funds are valued again.
+    PaperResult onClock(long long epochMs);
+
+    // --- reads --------------------------------------------------------------
+    long long now() const { return m_now; }
+    bool hasAccount(const std::string& accountKey) const;
+    std::vector<std::string> accountKeys() const;
+    boost::shared_ptr<nqservice::CAccountInfo> accountInfo(const std::string& accountKey) const;
+    // Copies of a table of an account: 542, 547, 570 or 544.
+    std::vector<boost::shared_ptr<nqservice::IData>> table(const std::string& accountKey, int dataType) const;
+    boost::shared_ptr<nqservice::CAccountDetail> funds(const std::string& accountKey) const;
+    // The most contracts one order of this operation could have now: funds,
+    // margin, closable and covered volume, position limits. 0 when none.
+    long long availableVolume(const std::string& accountKey, const std::string& market, const std::string& code,
+                              int operation, int priceType, double price) const;
+    // The margin of one short contract with the broker's markup, at the previous settlement.
+    double marginPerContract(const nqservice::CInstrumentDetail& option) const;
+    int workingOrderCount() const { return static_cast<int>(m_working.size()); }
+    boost::shared_ptr<const TC::CPriceData> book(const std::string& stockKey) const;
+
+    // --- restoring from the ledger --------------------------------------------
+    // Feeds one stored record back (in the order they were committed); call
+    // finishRestore() after the last one.
+    void restore(int dataType, const std::string& accountKey, const bson::BSONObj& record, const bson::BSONObj& extra);
+    void finishRestore();
+    // Sequence numbers and the trading day, kept by the ledger as meta values.
+    std::map<std::string, long long> meta() const;
+    void setMeta(const std::map<std::string, long long>& values);
+
+private:
+    struct Account;
+    struct Working;
+    struct Need;
+
+    Account* findAccount(const std::string& key);
+    const Account* findAccount(const std::string& key) const;
+    std::string check(const nqservice::CCodeOrderParam& param, const nqservice::EVqTraderType traderType,
+                      std::map<std::string, Need>& needs, std::vector<Working>& orders);
+    double resolvePrice(const nqservice::CCodeOrderParam& param, const nqservice::CInstrumentDetail& detail,
+                        const TC::CPriceData* quote, std::string& why) const;
+    void accept(Working& work, PaperResult& out);
+    void matchBook(const std::string& stockKey, PaperResult& out);
+    void auctionMatch(bool stockMarket, PaperResult& out);
+    bool tryFill(Working& work, PaperResult& out);
+    void fill(Working& work, double price, long long volume, PaperResult& out);
+    void finish(Working& work, nqservice::EOrderStatus status, const std::string& message, PaperResult& out);
+    void removeWorking(const std::string& orderKey);
+    void reindex(const std::string& stockKey);
+    boost::shared_ptr<nqservice::CPositionStatics>& position(Account& account, const nqservice::CInstrumentDetail& detail,
+                                                            int direction);
+    void emitOrder(const Working& work, PaperResult& out) const;
+    void emitPosition(Account& account, const boost::shared_ptr<nqservice::CPositionStatics>& pos, PaperResult& out);
+    void emitFunds(Account& account, PaperResult& out);
+    void revalue(Account& account, PaperResult& out, bool force);
+    void endOfDay(PaperResult& out);
+    void beginDay(int tradingDay, PaperResult& out);
+    int phaseOf(const std::string& market) const;
+    double lastPriceOf(const std::string& stockKey, double fallback) const;
+    double underlyingPrice(const nqservice::CInstrumentDetail& option) const;
+
+    InstrumentLookup m_instruments;
+    std::map<std::string, std::unique_ptr<Account>> m_accounts;
+    std::unordered_map<std::string, boost::shared_ptr<const TC::CPriceData>> m_books;
+    // What fills took from a book's levels since its snapshot: (side, level) -> volume.
+    std::unordered_map<std::string, std::map<std::pair<int, int>, long long>> m_taken;
+    // Working orders by "account|orderId", and their keys by instrument in time order.
+    std::map<std::string, std::unique_ptr<Working>> m_working;
+    struct InstrumentWork {
+        std::vector<std::string> orders;
+        double bestBuy = -1.0;   // highest buy limit working
+        double bestSell = -1.0;  // lowest sell limit working; < 0 when none
+    };
+    std::unordered_map<std::string, InstrumentWork> m_byInstrument;
+    long long m_now = 0;
+    long long m_lastRevalue = 0;
+    int m_stockPhase = 0;
+    int m_futurePhase = 0;
+    int m_tradingDay = 0;  // yyyymmdd of the stock market's day
+    long long m_orderSeq = 0;
+    long long m_dealSeq = 0;
+    long long m_commandSeq = 0;
+    bool m_halted = false;
+};
+
+}  // namespace trading

@@ -1,0 +1,116 @@
+// The desk's services trading on paper: an order sent through the command
+// centre fills against the simulated market, shows in the account's tables,
+// and is there again after the desk is started anew.
+#include "app/cdeskservices.h"
+#include "seam/cexchangeclient.h"
+#include "seam/common.h"
+#include "seam/trading.h"
+#include "seam/user.h"
+#include "services/trading/cpaperbroker.h"
+#include "e2e/desk/paperdesk.h"
+#include "support/testsupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+#include <cmath>
+
+namespace {
+
+using namespace paperdesk;
+
+std::unique_ptr<desk::CDeskServices> startDesk(const QString& dir)
+{
+    desk::DeskServicesConfig config;
+    config.configDir = dir;
+    config.seed = 11;
+    config.quoteRate = 4.0;
+    config.marketStart = QDateTime(QDate(2026, 11, 23), QTime(10, 0));
+    return std::make_unique<desk::CDeskServices>(config);
+}
+
+TEST(PaperDesk, AnOrderFillsShowsAndSurvivesARestart)
+{
+    QTemporaryDir dir;
+    std::string code;
+    double available = 0.0;
+    double avgPrice = 0.0;
+    {
+        auto services = startDesk(dir.path());
+        ASSERT_NE(services->broker(), nullptr);
+        EXPECT_TRUE(services->notices().isEmpty());
+        // The accounts are logged in as the desk starts.
+        nqservice::TradeLogicInterface* logic =
+            utils::CSingletonT<TC::SingletonManager>::instance()->getTradeLogicInterface();
+        ASSERT_NE(logic, nullptr);
+        EXPECT_TRUE(nqservice::isLoginStatusReady(logic->getLoginStatus("SO001")));
+        ASSERT_TRUE(accountData("SO001"));
+        const auto call = atTheMoneyCall();
+        ASSERT_TRUE(call);
+        code = call->code;
+        // Field 3007 is the margin of one short contract: about 3,000 元 at the money.
+        EXPECT_GT(call->getDoubleField(3007), 2000.0);
+        EXPECT_LT(call->getDoubleField(3007), 6000.0);
+
+        std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>> params = {
+            opponentOrder("SO001", *call, nqservice::OT_BUY_OPEN, 3)};
+        TC::COvCommandCenter* commands = utils::CManualSingletonT<TC::COvCommandCenter>::instance();
+        ASSERT_NE(commands, nullptr);
+        ASSERT_TRUE(commands->createCommand(nqservice::VQ_TRADER_TYPE_STOCK_OPTION, nqservice::VQ_HEDGE_TYPE_NONE,
+                                            params, {{"SO001", 1.0}}, nqservice::VQ_STOP_LOSS_NONE, false, true,
+                                            TC::COvCommandCenter::CommandCallback(), bson::BSONObj(), ""));
+        // The opposite side's best shows at least a few contracts: it fills at once, or with the next quotes.
+        ASSERT_TRUE(testsupport::waitUntil(
+            [&] {
+                const auto pos = positionOf("SO001", code, '0');
+                return pos && pos->position == 3;
+            },
+            10000));
+        const auto pos = positionOf("SO001", code, '0');
+        avgPrice = pos->avgPrice;
+        available = accountData("SO001")->getAccountDetail()->availableFunds;
+        EXPECT_LT(available, desk::CDeskServices::openingCash(nqservice::VQ_BROKER_TYPE_STOCK_OPTION));
+        EXPECT_FALSE(rows<nqservice::CDealDetail>("SO001", nqservice::VQ_DATA_TYPE_QUICK_ORDER).empty());
+    }
+    EXPECT_FALSE(nqservice::TraderCenter::instance());
+    {
+        auto services = startDesk(dir.path());
+        ASSERT_TRUE(accountData("SO001"));
+        const auto pos = positionOf("SO001", code, '0');
+        ASSERT_TRUE(pos) << "the position is kept across a restart";
+        EXPECT_EQ(pos->position, 3);
+        EXPECT_DOUBLE_EQ(pos->avgPrice, avgPrice);
+        EXPECT_NEAR(accountData("SO001")->getAccountDetail()->availableFunds, available, 1e-6);
+    }
+}
+
+TEST(PaperDesk, TheKillSwitchRefusesNewCommands)
+{
+    QTemporaryDir dir;
+    auto services = startDesk(dir.path());
+    services->setTradingHalted(true);
+    const auto call = atTheMoneyCall();
+    auto command = boost::make_shared<nqservice::COrderComandParam>();
+    command->params = {opponentOrder("SO001", *call, nqservice::OT_BUY_OPEN, 1)};
+    std::string refusal;
+    std::atomic<bool> answered{false};
+    services->broker()->submit(*command, [&](const std::string&, const std::string& why) {
+        refusal = why;
+        answered = true;
+    });
+    services->broker()->flush();
+    ASSERT_TRUE(answered.load());
+    EXPECT_EQ(refusal, "委托被拒绝: 交易已暂停");
+    services->setTradingHalted(false);
+    answered = false;
+    services->broker()->submit(*command, [&](const std::string&, const std::string& why) {
+        refusal = why;
+        answered = true;
+    });
+    services->broker()->flush();
+    ASSERT_TRUE(answered.load());
+    EXPECT_EQ(refusal, "");
+}
+
+}  // namespace
