@@ -305,11 +305,14 @@ void CDeskWindow::addPanel(const QString& name)
         return;
     }
     dock->setWidget(panel);
-    // The boards share the top as tabs; the other panels dock below them.
-    const bool board = name.startsWith(QStringLiteral("pricet"));
+    // The boards and the price quote panel share the top as tabs; the other panels dock below them.
+    const auto atTop = [](const QString& panel) {
+        return panel.startsWith(QStringLiteral("pricet")) || panel == QStringLiteral("pricequote");
+    };
+    const bool board = atTop(name);
     QDockWidget* firstBoard = nullptr;
     for (const Docked& docked : m_panels) {
-        if (firstBoard == nullptr && docked.name.startsWith(QStringLiteral("pricet"))) {
+        if (firstBoard == nullptr && atTop(docked.name)) {
             firstBoard = docked.dock;
         }
     }

@@ -3,6 +3,7 @@
 #include "toolkit/itradedockablewidget.h"
 
 #include "board/coptionpricetpanel.h"
+#include "positions/coptionpricequotepanel.h"
 
 namespace desk {
 
@@ -13,6 +14,8 @@ CPanelFactory CPanelFactory::withBuiltins()
     factory.add(QStringLiteral("pricet"), QStringLiteral("T型报价"), board);
     factory.add(QStringLiteral("pricet_future"), QStringLiteral("T型报价(商品期权)"), board,
                 nqservice::VQ_TRADER_TYPE_FUTURE_OPTION);
+    factory.add(QStringLiteral("pricequote"), QStringLiteral("价格报价"),
+                [](int id, QWidget* parent) { return new TC::COptionPriceQuotePanel(id, parent); });
     return factory;
 }
 

@@ -4,7 +4,7 @@
 // thousand ticks make widgets or memory grow.
 #include "board/coptionpricetpanel.h"
 #include "board/coptionpricettable.h"
-#include "board/coptionundlcodecombobox.h"
+#include "toolkit/coptionundlcodecombobox.h"
 #include "seam/tradingrecords.h"
 #include "toolkit/caccountscombobox.h"
 #include "seam/calculator.h"

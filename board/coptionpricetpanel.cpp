@@ -3,7 +3,7 @@
 #include "board/cautoimportoptionexgreeksthread.h"
 #include "board/coptionpricetgreekstable.h"
 #include "board/coptionpricettable.h"
-#include "board/coptionundlcodecombobox.h"
+#include "toolkit/coptionundlcodecombobox.h"
 #include "board/cpricetrowbuilder.h"
 #include "order/cpricetquickorderwidget.h"
 #include "seam/cexchangeclient.h"

@@ -3,6 +3,8 @@
 #include "seam/common.h"
 #include "toolkit/ctablecellmodel.h"
 
+#include <algorithm>
+
 namespace WG {
 
 CHpfTableAdapterModel::CHpfTableAdapterModel(QObject* parent) : QAbstractTableModel(parent)
@@ -79,6 +81,18 @@ bool CHpfTableAdapterModel::sync()
     }
     emit sigSynced();
     return true;
+}
+
+void CHpfTableAdapterModel::cellsChanged(int firstRow, int lastRow, int firstColumn, int lastColumn)
+{
+    firstRow = std::max(firstRow, 0);
+    firstColumn = std::max(firstColumn, 0);
+    lastRow = std::min(lastRow, m_rows - 1);
+    lastColumn = std::min(lastColumn, m_columns - 1);
+    if (firstRow > lastRow || firstColumn > lastColumn) {
+        return;
+    }
+    emit dataChanged(index(firstRow, firstColumn), index(lastRow, lastColumn));
 }
 
 int CHpfTableAdapterModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : m_rows; }

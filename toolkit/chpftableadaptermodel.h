@@ -21,6 +21,10 @@ public:
     IBaseHpfTableModel* source() const { return m_source; }
     // Reports new, removed and changed rows to the views; returns whether anything changed.
     bool sync();
+    // Tells the views that these cells changed inside rows already reported, when
+    // the source changed them in place without a new revision: the views repaint
+    // just those cells. The range is cut to the rows and columns reported.
+    void cellsChanged(int firstRow, int lastRow, int firstColumn, int lastColumn);
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;

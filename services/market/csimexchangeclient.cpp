@@ -82,8 +82,22 @@ void CSimExchangeClient::getFutureOptionMap(QMap<QString, QMap<QString, QStringL
 
 int CSimExchangeClient::getRemainDays(QString yyyymmdd)
 {
-    const QDate date = QDate::fromString(yyyymmdd, QStringLiteral("yyyyMMdd"));
-    if (yyyymmdd.size() != 8 || !date.isValid()) {
+    // Read by hand: the boards and the calculator ask once per quote, and Qt's
+    // format parser consults the time zone files on every call.
+    if (yyyymmdd.size() != 8) {
+        return utils::kAbsentInt;
+    }
+    int digits[8];
+    for (int i = 0; i < 8; ++i) {
+        const QChar c = yyyymmdd.at(i);
+        if (c < QLatin1Char('0') || c > QLatin1Char('9')) {
+            return utils::kAbsentInt;
+        }
+        digits[i] = c.unicode() - '0';
+    }
+    const QDate date(digits[0] * 1000 + digits[1] * 100 + digits[2] * 10 + digits[3], digits[4] * 10 + digits[5],
+                     digits[6] * 10 + digits[7]);
+    if (!date.isValid()) {
         return utils::kAbsentInt;
     }
     return static_cast<int>(tradingDate().daysTo(date));

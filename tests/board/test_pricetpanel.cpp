@@ -3,7 +3,7 @@
 // tool bar's figures, clearing, trade types and events it does not know.
 #include "board/coptionpricetpanel.h"
 #include "board/coptionpricettable.h"
-#include "board/coptionundlcodecombobox.h"
+#include "toolkit/coptionundlcodecombobox.h"
 #include "boardfixture.h"
 #include "support/testsupport.h"
 #include "toolkit/caccountscombobox.h"

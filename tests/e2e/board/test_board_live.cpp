@@ -5,7 +5,7 @@
 // temporary directory).
 #include "board/coptionpricetpanel.h"
 #include "board/coptionpricettable.h"
-#include "board/coptionundlcodecombobox.h"
+#include "toolkit/coptionundlcodecombobox.h"
 #include "seam/calculator.h"
 #include "seam/cexchangeclient.h"
 #include "seam/ctimeservice.h"

@@ -3,7 +3,7 @@
 #include "app/cdeskwindow.h"
 #include "board/coptionpricetpanel.h"
 #include "board/coptionpricettable.h"
-#include "board/coptionundlcodecombobox.h"
+#include "toolkit/coptionundlcodecombobox.h"
 #include "board/coptionpricetgreekstable.h"
 #include "order/coptionorderdialog.h"
 #include "order/cpricetquickordertable.h"

@@ -106,6 +106,10 @@ TEST(RemainDays, CountsCalendarDaysFromTheTradingDate)
     EXPECT_TRUE(utils::isAbsent(client.getRemainDays("2024121")));
     EXPECT_TRUE(utils::isAbsent(client.getRemainDays("20241332")));
     EXPECT_TRUE(utils::isAbsent(client.getRemainDays(QString())));
+    EXPECT_TRUE(utils::isAbsent(client.getRemainDays("2024121x")));
+    EXPECT_TRUE(utils::isAbsent(client.getRemainDays("+2024121")));
+    EXPECT_TRUE(utils::isAbsent(client.getRemainDays("20240230")));
+    EXPECT_EQ(client.getRemainDays("20240229"), -285);
     EXPECT_EQ(client.getTradingDate(), "20241210");
 }
 

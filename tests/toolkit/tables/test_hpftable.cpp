@@ -138,6 +138,24 @@ TEST_F(HpfTableTest, RowsAreAskedNotCopiedAndNewRowsArriveByInsertion)
     EXPECT_EQ(table->itemText(0, 1), QStringLiteral("0.3000"));
 }
 
+TEST_F(HpfTableTest, CellsChangedInPlaceReportJustTheirRangeCutToWhatIsShown)
+{
+    QAbstractItemModelTester tester(table->adapter(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    model.addData(row(QStringLiteral("2.800"), 0.1, 10));
+    model.addData(row(QStringLiteral("2.900"), 0.05, 20));
+    table->updateTable();
+    QSignalSpy changed(table->adapter(), &QAbstractItemModel::dataChanged);
+    table->adapter()->cellsChanged(1, 1, 1, 2);
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed.at(0).at(0).toModelIndex(), table->adapter()->index(1, 1));
+    EXPECT_EQ(changed.at(0).at(1).toModelIndex(), table->adapter()->index(1, 2));
+    table->adapter()->cellsChanged(0, 9, 2, 9);  // cut to two rows and three columns
+    ASSERT_EQ(changed.count(), 2);
+    EXPECT_EQ(changed.at(1).at(1).toModelIndex(), table->adapter()->index(1, 2));
+    table->adapter()->cellsChanged(5, 6, 0, 1);  // rows not shown: nothing
+    EXPECT_EQ(changed.count(), 2);
+}
+
 TEST_F(HpfTableTest, StrikeKeysSortNumericallyAndRowsKeepTheirIds)
 {
     for (const char* strike : {"2.800", "10.000", "2.750", "3.100"}) {

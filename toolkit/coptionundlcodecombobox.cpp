@@ -1,4 +1,4 @@
-#include "board/coptionundlcodecombobox.h"
+#include "toolkit/coptionundlcodecombobox.h"
 
 #include "seam/cexchangeclient.h"
 #include "seam/formatters.h"

@@ -1,0 +1,259 @@
+// The price quote panel under load: one tick that applies a quote for every
+// option of one side of 50ETF over all its months (work outside painting, and
+// with the repaint for reference), the cell operations a paint makes and the
+// heap allocations they cost, and whether ten thousand ticks make widgets or
+// memory grow.
+#include "bench/widgetbench.h"
+#include "positions/chpfpricequotedata.h"
+#include "positions/chpfpricequotedatamodel.h"
+#include "positions/chpfpricequotedatatable.h"
+#include "positions/coptionpricequotepanel.h"
+#include "seam/calculator.h"
+#include "seam/cexchangeclient.h"
+#include "seam/ctimeservice.h"
+#include "seam/user.h"
+#include "services/market/csimexchangeclient.h"
+#include "services/market/csimmarket.h"
+#include "services/market/csimquoteclient.h"
+#include "services/pricing/cgreekandoptionscalculator.h"
+#include "services/user/cusersettingsstore.h"
+#include "toolkit/coptionundlcodecombobox.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QTemporaryDir>
+#include <QTimeZone>
+
+#include <boost/make_shared.hpp>
+
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+// Every heap allocation of the process is counted, Qt's own (which go to
+// malloc directly) as well as operator new's, so that a benchmark can tell what
+// a stretch of code allocated. The executable's malloc stands before glibc's.
+namespace {
+std::atomic<long long> g_allocations{0};
+}  // namespace
+
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* pointer, std::size_t size);
+
+void* malloc(std::size_t size)
+{
+    g_allocations.fetch_add(1, std::memory_order_relaxed);
+    return __libc_malloc(size);
+}
+void* calloc(std::size_t count, std::size_t size)
+{
+    g_allocations.fetch_add(1, std::memory_order_relaxed);
+    return __libc_calloc(count, size);
+}
+void* realloc(void* pointer, std::size_t size)
+{
+    g_allocations.fetch_add(1, std::memory_order_relaxed);
+    return __libc_realloc(pointer, size);
+}
+}
+
+namespace {
+
+class CSteppedClock : public TC::CTimeService {
+public:
+    explicit CSteppedClock(long long ms) : m_ms(ms) {}
+    long long currentTime() const override { return m_ms; }
+    void advance(long long ms) { m_ms += ms; }
+
+private:
+    long long m_ms;
+};
+
+// The desk's services on the generated universe, a shown quote panel on
+// 50ETF's calls, and two rounds of snapshots of every 50ETF call.
+class CQuoteRig {
+public:
+    CQuoteRig()
+    {
+        const QDate date(2026, 11, 20);
+        clock = new CSteppedClock(QDateTime(date, QTime(10, 30), QTimeZone(8 * 3600)).toMSecsSinceEpoch());
+        utils::CManualSingletonT<TC::CTimeService>::install(clock);
+        exchange = utils::CManualSingletonT<TC::CExchangeClient>::create<market::CSimExchangeClient>(7u, date, clock);
+        quotes = utils::CManualSingletonT<TC::CQuoteClient>::create<market::CSimQuoteClient>(clock, false);
+        market::CSimMarketConfig config;
+        config.seed = 7;
+        config.clock = clock;
+        quotes->attachFeed(std::make_unique<market::CSimMarket>(exchange->instruments(), quotes, config));
+        nqservice::GreekAndOptionsCalculator::setInstance(boost::make_shared<pricing::CGreekAndOptionsCalculator>());
+        utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(new TC::CUserSettingsStore(configDir.path()));
+        quotes->feed()->publishRound();
+
+        panel = std::make_unique<TC::COptionPriceQuotePanel>(1, nullptr);
+        panel->resize(1900, 900);
+        panel->show();
+        panel->setTradeType(nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
+        TC::COptionUndlCodeComboBox* combo = panel->getUnderlyingCombo();
+        combo->setCurrentIndex(combo->findText(QStringLiteral("510050.SH")));
+        QCoreApplication::processEvents();
+
+        QMap<QString, QMap<QString, QStringList>> map;
+        exchange->getStockOptionMap(map);
+        const QMap<QString, QStringList> months = map.value(QStringLiteral("510050.SH"));
+        for (auto it = months.constBegin(); it != months.constEnd(); ++it) {
+            for (const QString& code : it.value()) {
+                if (exchange->isCall(exchange->getCodeInfo(code))) {
+                    codes << code;
+                }
+            }
+        }
+        for (int round = 0; round < 2; ++round) {
+            clock->advance(3000);
+            std::vector<boost::shared_ptr<TC::CPriceData>>& set = round == 0 ? setA : setB;
+            for (const QString& code : codes) {
+                set.push_back(quotes->feed()->makeSnapshot(code));
+            }
+        }
+        panel->onTimer(TC::TUF_QUOTE);
+        QCoreApplication::processEvents();
+    }
+    ~CQuoteRig()
+    {
+        panel.reset();
+        utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(nullptr);
+        nqservice::GreekAndOptionsCalculator::setInstance(nullptr);
+        utils::CManualSingletonT<TC::CQuoteClient>::destroy();
+        utils::CManualSingletonT<TC::CExchangeClient>::destroy();
+        utils::CManualSingletonT<TC::CTimeService>::destroy();
+    }
+    void buffer(bool first)
+    {
+        for (boost::shared_ptr<TC::CPriceData> data : first ? setA : setB) {
+            panel->onPriceData(data);
+        }
+    }
+
+    QTemporaryDir configDir;
+    CSteppedClock* clock = nullptr;
+    market::CSimExchangeClient* exchange = nullptr;
+    market::CSimQuoteClient* quotes = nullptr;
+    std::unique_ptr<TC::COptionPriceQuotePanel> panel;
+    QStringList codes;
+    std::vector<boost::shared_ptr<TC::CPriceData>> setA;
+    std::vector<boost::shared_ptr<TC::CPriceData>> setB;
+};
+
+// One tick with a fresh buffered quote of every 50ETF call, all months. The
+// argument: 0 times the work outside painting (the repaint runs untimed); 1
+// times the repaint too, for reference.
+void BM_TickOneSideAllMonths(benchmark::State& state)
+{
+    CQuoteRig rig;
+    const bool timePaint = state.range(0) != 0;
+    bool first = true;
+    long long allocations = 0;
+    long long ticks = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        rig.buffer(first);
+        first = !first;
+        state.ResumeTiming();
+        const long long before = g_allocations.load(std::memory_order_relaxed);
+        rig.panel->onTimer(TC::TUF_QUOTE);
+        allocations += g_allocations.load(std::memory_order_relaxed) - before;
+        ++ticks;
+        if (timePaint) {
+            rig.panel->repaint();
+            QCoreApplication::processEvents();
+            continue;
+        }
+        state.PauseTiming();
+        QCoreApplication::processEvents();
+        state.ResumeTiming();
+    }
+    state.counters["quotes"] = static_cast<double>(rig.codes.size());
+    state.counters["allocsPerTick"] = static_cast<double>(allocations) / static_cast<double>(ticks);
+    state.counters["months"] = rig.panel->getModel()->monthCount;
+    state.counters["rows"] = rig.panel->getModel()->size();
+}
+BENCHMARK(BM_TickOneSideAllMonths)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// What a paint asks of the rows: text, colour, background and flash state of
+// every cell of every row (more than a screen shows), and the allocations that
+// costs per cell. A cell's text is its one allowed allocation; colours,
+// backgrounds and flash states allocate nothing.
+void BM_CellOperations(benchmark::State& state)
+{
+    CQuoteRig rig;
+    rig.buffer(true);
+    rig.panel->onTimer(TC::TUF_QUOTE);
+    rig.buffer(false);
+    rig.panel->onTimer(TC::TUF_QUOTE);
+    TC::CHpfPriceQuoteDataModel* model = rig.panel->getModel();
+    const int columns = model->columnCount();
+    std::vector<TC::CHpfPriceQuoteDataPtr> rows;
+    for (int r = 0; r < model->size(); ++r) {
+        rows.push_back(boost::dynamic_pointer_cast<TC::CHpfPriceQuoteData>(model->getData(r)));
+    }
+    long long textAllocations = 0;
+    long long otherAllocations = 0;
+    long long cells = 0;
+    std::size_t sink = 0;
+    for (auto _ : state) {
+        for (const TC::CHpfPriceQuoteDataPtr& row : rows) {
+            for (int column = 0; column < columns; ++column) {
+                const long long before = g_allocations.load(std::memory_order_relaxed);
+                const QColor* colour = row->textColor(column);
+                const QColor* background = row->getBackgroundColor(column);
+                const bool flash = row->isFlashChange(column);
+                const long long middle = g_allocations.load(std::memory_order_relaxed);
+                const QString text = row->displayText(column);
+                const long long after = g_allocations.load(std::memory_order_relaxed);
+                otherAllocations += middle - before;
+                textAllocations += after - middle;
+                sink += static_cast<std::size_t>(text.size()) + (colour != nullptr) + (background != nullptr) + flash;
+                ++cells;
+            }
+        }
+    }
+    benchmark::DoNotOptimize(sink);
+    state.SetItemsProcessed(cells);
+    state.counters["cellsPerPass"] = static_cast<double>(rows.size()) * columns;
+    state.counters["textAllocsPerCell"] = static_cast<double>(textAllocations) / static_cast<double>(cells);
+    state.counters["otherAllocs"] = static_cast<double>(otherAllocations);
+}
+BENCHMARK(BM_CellOperations)->Unit(benchmark::kMicrosecond);
+
+// Ten thousand ticks, each with fresh quotes of every 50ETF call: the widget
+// count and the resident memory must not grow.
+void BM_TenThousandTicks(benchmark::State& state)
+{
+    CQuoteRig rig;
+    for (int warm = 0; warm < 50; ++warm) {
+        rig.buffer(warm % 2 == 0);
+        rig.panel->onTimer(TC::TUF_QUOTE);
+        QCoreApplication::processEvents();
+    }
+    const int widgetsBefore = QApplication::allWidgets().size();
+    const long memoryBefore = widgetbench::statusKb("VmRSS");
+    for (auto _ : state) {
+        for (int tick = 0; tick < 10000; ++tick) {
+            rig.buffer(tick % 2 == 0);
+            rig.panel->onTimer(TC::TUF_QUOTE);
+            QCoreApplication::processEvents();
+        }
+    }
+    state.counters["widgetsBefore"] = widgetsBefore;
+    state.counters["widgetsAfter"] = QApplication::allWidgets().size();
+    state.counters["rssBeforeKb"] = static_cast<double>(memoryBefore);
+    state.counters["rssAfterKb"] = static_cast<double>(widgetbench::statusKb("VmRSS"));
+    state.counters["flashingRows"] = rig.panel->flashingRowCount();
+}
+BENCHMARK(BM_TenThousandTicks)->Iterations(1)->Unit(benchmark::kSecond);
+
+}  // namespace
+
+int main(int argc, char** argv) { return widgetbench::run(argc, argv); }
