@@ -336,14 +336,19 @@ void CPaperBroker::run()
             }
             apply(result, CommandDone());
         }
+        // A burst of commands shares one transaction: the commit, not the
+        // matching, is what an order costs.
+        std::vector<std::pair<PaperResult, CommandDone>> batch;
+        batch.reserve(tasks.size());
         for (auto& task : tasks) {
             PaperResult result;
             {
                 std::lock_guard<std::mutex> lock(m_coreMutex);
                 result = task.first(*m_core);
             }
-            apply(result, task.second);
+            batch.emplace_back(std::move(result), std::move(task.second));
         }
+        applyBatch(batch);
         if (!quotes.empty()) {
             // One transaction for a round of quotes: most change nothing.
             PaperResult round;
@@ -358,6 +363,60 @@ void CPaperBroker::run()
             }
             apply(round, CommandDone());
         }
+    }
+}
+
+void CPaperBroker::applyBatch(std::vector<std::pair<PaperResult, CommandDone>>& batch)
+{
+    if (batch.size() == 1) {
+        apply(batch.front().first, batch.front().second);
+        return;
+    }
+    std::vector<PaperChange> all;
+    for (const auto& entry : batch) {
+        all.insert(all.end(), entry.first.changes.begin(), entry.first.changes.end());
+    }
+    if (!all.empty()) {
+        std::map<std::string, long long> meta;
+        {
+            std::lock_guard<std::mutex> lock(m_coreMutex);
+            meta = m_core->meta();
+        }
+        std::string error;
+        if (!m_ledger->commit(all, meta, &error)) {
+            // None of the batch is published; each input is reported as not done.
+            m_processed += static_cast<long long>(batch.size());
+            ++m_failedCommits;
+            NQ_LOG_ERROR("paper ledger commit failed: " + error);
+            std::lock_guard<std::mutex> lock(m_handlerMutex);
+            if (m_refusalHandler) {
+                m_refusalHandler(std::string(), "模拟交易账本写入失败: " + error);
+            }
+            return;
+        }
+    }
+    for (auto& entry : batch) {
+        // Already committed: publish and answer without a second write.
+        PaperResult& result = entry.first;
+        ++m_processed;
+        for (const PaperChange& change : result.changes) {
+            publish(change);
+        }
+        finishInput(result, entry.second);
+    }
+}
+
+void CPaperBroker::finishInput(const PaperResult& result, const CommandDone& done)
+{
+    if (!result.accepted()) {
+        NQ_LOG_ERROR("paper broker refused: " + result.refusal);
+        std::lock_guard<std::mutex> lock(m_handlerMutex);
+        if (m_refusalHandler) {
+            m_refusalHandler(std::string(), result.refusal);
+        }
+    }
+    if (done) {
+        done(result.commandId, result.refusal);
     }
 }
 
@@ -385,16 +444,7 @@ void CPaperBroker::apply(PaperResult& result, const CommandDone& done)
             publish(change);
         }
     }
-    if (!result.accepted()) {
-        NQ_LOG_ERROR("paper broker refused: " + result.refusal);
-        std::lock_guard<std::mutex> lock(m_handlerMutex);
-        if (m_refusalHandler) {
-            m_refusalHandler(std::string(), result.refusal);
-        }
-    }
-    if (done) {
-        done(result.commandId, result.refusal);
-    }
+    finishInput(result, done);
 }
 
 void CPaperBroker::publish(const PaperChange& change)

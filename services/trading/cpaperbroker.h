@@ -115,6 +115,10 @@ private:
     void post(Task task, CommandDone done);
     void run();
     void apply(PaperResult& result, const CommandDone& done);
+    // Commits the changes of several inputs in one transaction, then publishes
+    // them in order and answers each input.
+    void applyBatch(std::vector<std::pair<PaperResult, CommandDone>>& batch);
+    void finishInput(const PaperResult& result, const CommandDone& done);
     void publish(const PaperChange& change);
     long long clockNow() const;
 

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdlib>
 #include <cmath>
 #include <set>
 
@@ -143,6 +144,9 @@ struct CPaperBrokerCore::Working {
     double unitFee = 0.0;
     bool released = true;  // false while a paced slice waits for its turn
     int sliceOf = 0;       // the order of the command it is a slice of
+    long long seq = 0;     // arrival on the book: time priority
+    bool limitIndexed = false;
+    double indexedLimit = 0.0;
 
     std::string key() const { return accountKey + "|" + order->orderId; }
     std::string stockKey() const { return utils::vqStockKey(detail->market, detail->code); }
@@ -662,35 +666,42 @@ void CPaperBrokerCore::accept(Working& work, PaperResult& out)
     if (work.op.open && work.op.buy) {
         account.boughtToday[work.detail->underlyingKey()] += order.remaining;
     }
-    const std::string stockKey = work.stockKey();
+    work.seq = m_orderSeq;
     const std::string key = work.key();
-    m_working[key] = std::make_unique<Working>(work);
-    m_byInstrument[stockKey].orders.push_back(key);
-    reindex(stockKey);
+    auto stored = std::make_unique<Working>(work);
+    index(*stored);
+    m_working[key] = std::move(stored);
     emitOrder(work, out);
 }
 
-void CPaperBrokerCore::reindex(const std::string& stockKey)
+void CPaperBrokerCore::index(Working& work)
 {
-    auto it = m_byInstrument.find(stockKey);
+    InstrumentWork& entry = m_byInstrument[work.stockKey()];
+    entry.orders[work.seq] = work.key();
+    if (work.released) {
+        (work.op.buy ? entry.buys : entry.sells).insert(work.limit);
+        work.limitIndexed = true;
+        work.indexedLimit = work.limit;
+    }
+}
+
+void CPaperBrokerCore::unindex(Working& work)
+{
+    auto it = m_byInstrument.find(work.stockKey());
     if (it == m_byInstrument.end()) {
         return;
     }
-    InstrumentWork& work = it->second;
-    work.bestBuy = -1.0;
-    work.bestSell = -1.0;
-    for (const std::string& key : work.orders) {
-        const Working& w = *m_working.at(key);
-        if (!w.released) {
-            continue;
+    InstrumentWork& entry = it->second;
+    entry.orders.erase(work.seq);
+    if (work.limitIndexed) {
+        auto& limits = work.op.buy ? entry.buys : entry.sells;
+        auto found = limits.find(work.indexedLimit);
+        if (found != limits.end()) {
+            limits.erase(found);
         }
-        if (w.op.buy) {
-            work.bestBuy = std::max(work.bestBuy, w.limit);
-        } else if (work.bestSell < 0.0 || w.limit < work.bestSell) {
-            work.bestSell = w.limit;
-        }
+        work.limitIndexed = false;
     }
-    if (work.orders.empty()) {
+    if (entry.orders.empty()) {
         m_byInstrument.erase(it);
     }
 }
@@ -701,14 +712,8 @@ void CPaperBrokerCore::removeWorking(const std::string& orderKey)
     if (it == m_working.end()) {
         return;
     }
-    const std::string stockKey = it->second->stockKey();
+    unindex(*it->second);
     m_working.erase(it);
-    auto byKey = m_byInstrument.find(stockKey);
-    if (byKey != m_byInstrument.end()) {
-        auto& list = byKey->second.orders;
-        list.erase(std::remove(list.begin(), list.end(), orderKey), list.end());
-        reindex(stockKey);
-    }
 }
 
 void CPaperBrokerCore::matchBook(const std::string& stockKey, PaperResult& out)
@@ -719,14 +724,19 @@ void CPaperBrokerCore::matchBook(const std::string& stockKey, PaperResult& out)
         return;
     }
     // Most quotes cross nothing: a look at the best limits decides without a walk.
-    const bool buys = it->second.bestBuy > 0.0 && utils::isUsable(quote->askPrice1) &&
-                      it->second.bestBuy >= quote->askPrice1 - kTolerance;
-    const bool sells = it->second.bestSell > 0.0 && utils::isUsable(quote->bidPrice1) &&
-                       it->second.bestSell <= quote->bidPrice1 + kTolerance;
+    const InstrumentWork& entry = it->second;
+    const bool buys = !entry.buys.empty() && utils::isUsable(quote->askPrice1) &&
+                      *entry.buys.rbegin() >= quote->askPrice1 - kTolerance;
+    const bool sells = !entry.sells.empty() && utils::isUsable(quote->bidPrice1) &&
+                       *entry.sells.begin() <= quote->bidPrice1 + kTolerance;
     if (!buys && !sells) {
         return;
     }
-    const std::vector<std::string> keys = it->second.orders;
+    std::vector<std::string> keys;
+    keys.reserve(entry.orders.size());
+    for (const auto& order : entry.orders) {
+        keys.push_back(order.second);
+    }
     for (const std::string& key : keys) {
         auto found = m_working.find(key);
         if (found != m_working.end() && found->second->released) {
@@ -799,10 +809,11 @@ bool CPaperBrokerCore::tryFill(Working& work, PaperResult& out)
         }
         if (toLimit && filled > 0 && order.remaining > 0) {
             // The rest becomes a limit order at the price it traded at.
+            unindex(work);
             work.market = false;
             work.limit = lastPrice;
             order.price = lastPrice;
-            reindex(stockKey);
+            index(work);
         }
     }
     if (order.remaining == 0) {
@@ -1416,11 +1427,11 @@ void CPaperBrokerCore::releaseSlices(PaperResult& out)
             if (!acceptsOrders(phaseOf(work.detail->market))) {
                 break;
             }
+            unindex(work);
             work.released = true;
             work.order->status = nqservice::OS_WORKING;
             work.order->updateTime = m_now;
-            const std::string stockKey = work.stockKey();
-            reindex(stockKey);
+            index(work);
             emitOrder(work, out);
             if (phaseOf(work.detail->market) == TC::TP_CONTINUOUS) {
                 tryFill(work, out);
@@ -1611,25 +1622,16 @@ void CPaperBrokerCore::restore(int dataType, const std::string& accountKey, cons
 void CPaperBrokerCore::finishRestore()
 {
     m_byInstrument.clear();
-    // Time order of the working orders: their ids grow with time.
-    std::vector<std::pair<std::string, std::string>> ordered;
-    for (const auto& entry : m_working) {
-        ordered.emplace_back(entry.second->order->orderId, entry.first);
-    }
-    std::sort(ordered.begin(), ordered.end());
-    for (const auto& item : ordered) {
-        const Working& work = *m_working.at(item.second);
-        m_byInstrument[work.stockKey()].orders.push_back(item.second);
+    for (auto& entry : m_working) {
+        Working& work = *entry.second;
+        // Order ids grow with arrival: their number is the time priority.
+        const std::string& id = work.order->orderId;
+        work.seq = id.size() > 1 ? std::atoll(id.c_str() + 1) : 0;
+        work.limitIndexed = false;
+        index(work);
         if (work.op.open && work.op.buy) {
             findAccount(work.accountKey)->boughtToday[work.detail->underlyingKey()] += work.order->remaining;
         }
-    }
-    std::vector<std::string> keys;
-    for (const auto& entry : m_byInstrument) {
-        keys.push_back(entry.first);
-    }
-    for (const std::string& key : keys) {
-        reindex(key);
     }
     for (auto& entry : m_accounts) {
         for (auto& pos : entry.second->positions) {

@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -123,7 +124,10 @@ private:
     void fill(Working& work, double price, long long volume, PaperResult& out);
     void finish(Working& work, nqservice::EOrderStatus status, const std::string& message, PaperResult& out);
     void removeWorking(const std::string& orderKey);
-    void reindex(const std::string& stockKey);
+    // Puts a working order into its instrument's index, or takes it out; the
+    // limit is indexed only while the order is on the book (a released slice).
+    void index(Working& work);
+    void unindex(Working& work);
     boost::shared_ptr<nqservice::CPositionStatics>& position(Account& account, const nqservice::CInstrumentDetail& detail,
                                                             int direction);
     void emitOrder(const Working& work, PaperResult& out) const;
@@ -149,9 +153,9 @@ private:
     // Working orders by "account|orderId", and their keys by instrument in time order.
     std::map<std::string, std::unique_ptr<Working>> m_working;
     struct InstrumentWork {
-        std::vector<std::string> orders;
-        double bestBuy = -1.0;   // highest buy limit working
-        double bestSell = -1.0;  // lowest sell limit working; < 0 when none
+        std::map<long long, std::string> orders;  // by arrival: time priority
+        std::multiset<double> buys;               // limits of the buys on the book
+        std::multiset<double> sells;
     };
     std::unordered_map<std::string, InstrumentWork> m_byInstrument;
     long long m_now = 0;

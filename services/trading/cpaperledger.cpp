@@ -15,7 +15,6 @@ constexpr int kSchemaVersion = 1;
 const char* kSchema =
     "CREATE TABLE IF NOT EXISTS records(type INTEGER NOT NULL, key TEXT NOT NULL, account TEXT NOT NULL,"
     " seq INTEGER NOT NULL, body BLOB NOT NULL, extra BLOB, PRIMARY KEY(type, key));"
-    "CREATE INDEX IF NOT EXISTS records_seq ON records(seq);"
     "CREATE TABLE IF NOT EXISTS meta(name TEXT PRIMARY KEY, value INTEGER NOT NULL);";
 
 bool readBson(const void* blob, int size, bson::BSONObj& out)
@@ -150,7 +149,17 @@ bool CPaperLedger::verify(std::string* error)
 bool CPaperLedger::open(QString* report)
 {
     std::string error;
-    if (openFile(&error)) {
+    const bool opened = openFile(&error);
+    if (!opened && m_db != nullptr &&
+        (sqlite3_errcode(m_db) == SQLITE_BUSY || sqlite3_errcode(m_db) == SQLITE_LOCKED)) {
+        // Another desk holds it: that is no damage, and it is not ours to set aside.
+        close();
+        if (report != nullptr) {
+            *report = QStringLiteral("模拟交易账本 %1 正被另一个程序使用").arg(m_path);
+        }
+        return false;
+    }
+    if (opened) {
         // Records that do not read back make the file as unusable as a torn page.
         std::map<std::string, long long> meta;
         if (load([](int, const std::string&, const bson::BSONObj&, const bson::BSONObj&) {}, meta, &error)) {
