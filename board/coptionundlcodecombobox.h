@@ -1,6 +1,8 @@
 // The underlying selector of the boards: every underlying that has options for
 // one trader type, shown by its instrument key, with the option map's key as
-// item data. Empty until the instrument tables are complete.
+// item data. Empty until the instrument tables are complete; refilled when they
+// are complete again (a new trading day), keeping the underlying shown before
+// while it is still listed.
 #pragma once
 
 #include "seam/tradingenums.h"

@@ -1,5 +1,5 @@
 // The exchange client of the simulated market: the instrument tables of one
-// trading day, generated from a seed or given as a fixed list (tests), the
+// trading day, the seed's market history on that day or a fixed list (tests), the
 // option chains by underlying and month, and the calendar. Lookups are
 // read-mostly and guarded by a short lock, so a day roll-over may happen on
 // any thread.
