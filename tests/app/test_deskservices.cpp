@@ -11,6 +11,7 @@
 #include "services/market/cmarkethistory.h"
 #include "services/market/csimclock.h"
 #include "services/market/csimexchangeclient.h"
+#include "services/market/csimquoteclient.h"
 #include "support/testsupport.h"
 #include "toolkit/itradedockablewidget.h"
 
