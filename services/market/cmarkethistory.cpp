@@ -82,7 +82,6 @@ constexpr int kCodeCycle = 9999;
 enum Purpose : std::uint64_t {
     kDrawBasePrice = 1,
     kDrawVolatility,
-    kDrawSmile,
     kDrawDailyReturn,
     kDrawFirstCode,
     kDrawCarry,
@@ -126,10 +125,11 @@ double blackValue(bool call, double forward, double strike, double years, double
                 : discount * (strike * normalCdf(-d2) - forward * normalCdf(-d1));
 }
 
-double smileVolatility(double atm, double forward, double strike, double years)
+double smileVolatility(double atm, double forward, double strike, double years, bool stockMarket)
 {
     const double k = std::log(strike / forward) / std::sqrt(std::max(years, 1.0 / kCalendarDaysPerYear));
-    return std::clamp(atm * (1.0 + -0.08 * k + 0.06 * k * k), 0.05, 1.2);
+    return std::clamp(atm * (1.0 + CMarketHistory::smileSkew(stockMarket) * k + CMarketHistory::smileCurvature() * k * k),
+                      0.05, 1.2);
 }
 
 QDate nthTradingDay(int year, int month, int n)
@@ -216,7 +216,6 @@ private:
             const double tick = meal ? kMealFutureTick : kEtfTick;
             const double volatility = meal ? kMealVolatility : kEtfs[p].volatility;
             m_volatility[p] = CUniverseBuilder::roundToTick(volatility * uniform(kDrawVolatility, p, 0, 0.85, 1.2), 0.0001);
-            m_atmVolatility[p] = m_volatility[p] * uniform(kDrawSmile, p, 0, 0.95, 1.15);
             // The close before the epoch.
             m_paths[p].push_back(
                 CUniverseBuilder::roundToTick(typical * std::exp(uniform(kDrawBasePrice, p, 0, -spread, spread)), tick));
@@ -405,7 +404,7 @@ private:
         const double rate = stockOption ? kRiskFreeRate : kFutureOptionRate;
         const double discount = std::exp(-rate * years);
         const double forward = spot / discount;
-        const double vol = smileVolatility(m_atmVolatility[p], forward, strike, years);
+        const double vol = smileVolatility(m_volatility[p], forward, strike, years, stockOption);
         return std::max(blackValue(call, forward, strike, years, vol, discount),
                         std::max(0.0, call ? spot - strike : strike - spot));
     }
@@ -620,7 +619,6 @@ private:
     QDate m_previousDay;
     std::vector<double> m_paths[kPathCount];  // [0] the close before the epoch, [n + 1] the close of day n
     double m_volatility[kPathCount] = {};
-    double m_atmVolatility[kPathCount] = {};
     std::vector<EtfMonth> m_etfMonths[kEtfCount];
     std::vector<MealFuture> m_meal;
     bool m_codesStarted = false;

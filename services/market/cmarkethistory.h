@@ -41,6 +41,13 @@ public:
     // with the last trading day's prices).
     CMarketDay day(const QDate& date) const;
 
+    // The volatility smile the settlements are made with, around an underlying's
+    // historical volatility: vol = hv (1 + skew k + curvature k^2), k the log
+    // moneyness per square root of the years left. The feed prices with it too,
+    // so that its book at the close stands on the settlement.
+    static double smileSkew(bool stockMarket) { return stockMarket ? -0.08 : 0.02; }
+    static double smileCurvature() { return 0.06; }
+
 private:
     const unsigned m_seed;
 };

@@ -1,6 +1,7 @@
 #include "services/market/csimmarket.h"
 
 #include "seam/marketenums.h"
+#include "services/market/cmarkethistory.h"
 #include "services/market/csessionclock.h"
 #include "services/market/csimquoteclient.h"
 
@@ -141,11 +142,16 @@ CSimMarket::CSimMarket(const TInstrumentList& instruments, CSimQuoteClient* sink
             if (utils::isUsable(detail->expireDate)) {
                 contract->expiry = fromDateInt(detail->expireDate);
             }
-        } else {
+        } else if (config.closes.isEmpty()) {
             const double hv = utils::isUsable(detail->historyVolatility) ? detail->historyVolatility : 0.2;
             contract->atmVolatility = hv * contract->uniform(0.95, 1.15);
             contract->skew = contract->stockMarket ? contract->uniform(-0.12, -0.04) : contract->uniform(0.0, 0.05);
             contract->curvature = contract->uniform(0.04, 0.10);
+        } else {
+            // On the market history's day: its smile, so the close lands on the settlement.
+            contract->atmVolatility = utils::isUsable(detail->historyVolatility) ? detail->historyVolatility : 0.2;
+            contract->skew = CMarketHistory::smileSkew(contract->stockMarket);
+            contract->curvature = CMarketHistory::smileCurvature();
         }
         const auto close = config.closes.constFind(contract->key);
         if (close != config.closes.constEnd() && utils::isUsable(close.value()) && close.value() > 0.0 &&

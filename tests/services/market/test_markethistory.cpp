@@ -332,4 +332,19 @@ TEST(MarketHistory, TheFeedsDayEndsOnTheHistorysCloseAtAnyQuoteRate)
         }
     }
     EXPECT_GT(checked, 1000);
+    // The book at the close stands on the settlement: the feed prices with the
+    // history's smile.
+    int books = 0;
+    for (const auto& entry : fast) {
+        const double settlement = today.settlements.value(entry.first);
+        const auto& quote = *entry.second;
+        const auto detail = tomorrow.find(entry.first.toStdString());
+        if (detail == tomorrow.end() || !detail->second->isOption() || settlement < 100 * detail->second->priceTick ||
+            !utils::isUsable(quote.quoteMarkA)) {
+            continue;
+        }
+        EXPECT_NEAR(quote.quoteMarkA, settlement, 0.02 * settlement) << entry.first.toStdString();
+        ++books;
+    }
+    EXPECT_GT(books, 300);
 }
