@@ -29,6 +29,7 @@
 #include <fmt/format.h>
 
 #include <QDir>
+#include <QSignalBlocker>
 #include <QVector>
 
 #include <set>
@@ -251,9 +252,15 @@ void CDeskServices::rollTo(const QDate& date, const QTime& startsAt)
     const QDate previous = m_tradingDate;
     m_tradingDate = date;
     saveState();
-    // The new day's instruments, then its feed, before the panels hear of it.
-    m_exchange->setTradingDate(date);
+    // The new day's instruments and the first round of its feed come before the
+    // panels hear of the day, so that a board refilled for it finds prices at once.
+    {
+        const QSignalBlocker quiet(m_exchange);
+        m_exchange->setTradingDate(date);
+    }
     startFeed();
+    emit m_exchange->sigNewTradingDate(m_exchange->getTradingDate());
+    emit m_exchange->sigInitDataFinish();
     NQ_LOG_INFO(fmt::format(FMT_STRING("trading day {0} closed, the market moves on to {1}"),
                             previous.toString(Qt::ISODate).toStdString(), date.toString(Qt::ISODate).toStdString()));
 }
