@@ -25,7 +25,9 @@
 #include <QComboBox>
 #include <QDir>
 #include <QDockWidget>
+#include <QAction>
 #include <QImage>
+#include <QLabel>
 #include <QPainter>
 #include <QTemporaryDir>
 #include <QTest>
@@ -269,6 +271,59 @@ TEST(DeskAcrossAClose, TheBoardKeepsItsUnderlyingAndTheExpiredMonthGoes)
         EXPECT_EQ(board->figureWidget(8)->getText(), QStringLiteral("27")) << "one day nearer to expiry";
         QTest::qWait(200);
         EXPECT_EQ(newDates.size(), 1U) << "one new trading day for one close";
+    }
+    services.reset();
+    utils::CSingletonT<WG::CUiResource>::destroy();
+}
+
+TEST(DeskAcrossAClose, TheMenuClosesTheDayAndOpensTheNextOne)
+{
+    utils::CSingletonT<WG::CUiResource>::destroy();
+    QTemporaryDir dir;
+    desk::DeskServicesConfig config;
+    config.configDir = dir.path();
+    config.seed = 11;
+    config.quoteRate = 4.0;
+    config.clockSpeed = 0.0;
+    config.marketStart = QDateTime(QDate(2026, 11, 25), QTime(10, 30));
+    auto services = std::make_unique<desk::CDeskServices>(config);
+    // Pictures of the board before and after, for a look by eye when asked for.
+    const QString shots = qEnvironmentVariable("OPTDESK_SHOT_DIR");
+    {
+        desk::CDeskWindow window(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+        window.setHostTick([&services] { services->checkTradingDate(); });
+        window.setNextTradingDay([&services] { services->closeAndAdvance(); });
+        window.setMarketStatus([&services] { return services->statusText(); });
+        window.restore();
+        window.show();
+        auto* board = qobject_cast<TC::COptionPriceTPanel*>(window.panel(QStringLiteral("pricet")));
+        ASSERT_NE(board, nullptr);
+        QComboBox* selector = selectorOf(window);
+        ASSERT_NE(selector, nullptr);
+        selector->setCurrentIndex(selector->findData(QStringLiteral("159919.SZ"), Qt::UserRole));
+        QTest::qWait(300);
+        if (!shots.isEmpty()) {
+            window.saveScreenshot(QDir(shots).filePath(QStringLiteral("before-jump.png")));
+        }
+        EXPECT_EQ(board->getTabDates().value(24), QStringLiteral("20261125"));
+
+        auto* jump = window.findChild<QAction*>(QStringLiteral("actionNextTradingDay"));
+        ASSERT_NE(jump, nullptr);
+        ASSERT_TRUE(jump->isEnabled());
+        jump->trigger();
+        EXPECT_EQ(services->tradingDate(), QDate(2026, 11, 26));
+        EXPECT_EQ(services->clock()->currentDateTime().time(), desk::CDeskServices::openTime());
+        EXPECT_EQ(selector->currentData(Qt::UserRole).toString(), QStringLiteral("159919.SZ"));
+        EXPECT_EQ(board->getTabDates().value(24), QStringLiteral("20261223")) << "December is the front month now";
+        EXPECT_EQ(board->getCurrentDate(), QStringLiteral("20261223"));
+        QTest::qWait(300);
+        if (!shots.isEmpty()) {
+            window.saveScreenshot(QDir(shots).filePath(QStringLiteral("after-jump.png")));
+        }
+        // The status bar tells the new day.
+        auto* status = window.findChild<QLabel*>(QStringLiteral("marketStatus"));
+        ASSERT_NE(status, nullptr);
+        EXPECT_TRUE(status->text().contains(QStringLiteral("2026-11-26 09:30"))) << status->text().toStdString();
     }
     services.reset();
     utils::CSingletonT<WG::CUiResource>::destroy();
