@@ -76,8 +76,9 @@ bool CMarketStateStore::save(const MarketState& state, QString* error) const
 
 QString CMarketStateStore::seedMismatchText(const QString& configDir, unsigned stored, unsigned asked)
 {
-    return QStringLiteral("配置目录 %1 的模拟行情和模拟账户属于种子 %2，不能以种子 %3 启动。"
-                          "请用 --config-dir 指定一个新的目录来开始种子 %3 的行情，或去掉 --seed 继续原来的行情。")
+    return QStringLiteral(
+               "配置目录 %1 的模拟行情和模拟账户属于种子 %2，不能以种子 %3 启动。"
+               "请用 --config-dir 指定一个新的目录来开始种子 %3 的行情，或去掉 --seed 继续原来的行情。")
         .arg(QDir::toNativeSeparators(configDir))
         .arg(stored)
         .arg(asked);

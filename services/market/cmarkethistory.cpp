@@ -109,9 +109,15 @@ std::uint64_t textHash(const std::string& text)
     return h;
 }
 
-int dateInt(const QDate& date) { return date.year() * 10000 + date.month() * 100 + date.day(); }
+int dateInt(const QDate& date)
+{
+    return date.year() * 10000 + date.month() * 100 + date.day();
+}
 
-double normalCdf(double x) { return 0.5 * std::erfc(-x / std::sqrt(2.0)); }
+double normalCdf(double x)
+{
+    return 0.5 * std::erfc(-x / std::sqrt(2.0));
+}
 
 double blackValue(bool call, double forward, double strike, double years, double volatility, double discount)
 {
@@ -128,8 +134,8 @@ double blackValue(bool call, double forward, double strike, double years, double
 double smileVolatility(double atm, double forward, double strike, double years, bool stockMarket)
 {
     const double k = std::log(strike / forward) / std::sqrt(std::max(years, 1.0 / kCalendarDaysPerYear));
-    return std::clamp(atm * (1.0 + CMarketHistory::smileSkew(stockMarket) * k + CMarketHistory::smileCurvature() * k * k),
-                      0.05, 1.2);
+    return std::clamp(
+        atm * (1.0 + CMarketHistory::smileSkew(stockMarket) * k + CMarketHistory::smileCurvature() * k * k), 0.05, 1.2);
 }
 
 QDate nthTradingDay(int year, int month, int n)
@@ -144,7 +150,10 @@ QDate nthTradingDay(int year, int month, int n)
     }
 }
 
-int toMilli(double strike) { return static_cast<int>(std::lround(strike * 1000.0)); }
+int toMilli(double strike)
+{
+    return static_cast<int>(std::lround(strike * 1000.0));
+}
 
 // One listed strike of an ETF option month: its call and its put.
 struct EtfStrike {
@@ -215,10 +224,11 @@ private:
             const double spread = meal ? 0.1 : 0.08;
             const double tick = meal ? kMealFutureTick : kEtfTick;
             const double volatility = meal ? kMealVolatility : kEtfs[p].volatility;
-            m_volatility[p] = CUniverseBuilder::roundToTick(volatility * uniform(kDrawVolatility, p, 0, 0.85, 1.2), 0.0001);
+            m_volatility[p] =
+                CUniverseBuilder::roundToTick(volatility * uniform(kDrawVolatility, p, 0, 0.85, 1.2), 0.0001);
             // The close before the epoch.
-            m_paths[p].push_back(
-                CUniverseBuilder::roundToTick(typical * std::exp(uniform(kDrawBasePrice, p, 0, -spread, spread)), tick));
+            m_paths[p].push_back(CUniverseBuilder::roundToTick(
+                typical * std::exp(uniform(kDrawBasePrice, p, 0, -spread, spread)), tick));
         }
     }
 
@@ -239,7 +249,8 @@ private:
                 const double move = std::clamp(pull - 0.5 * sigma * sigma + sigma * normal(kDrawDailyReturn, p, day),
                                                std::log(1.0 - limit), std::log(1.0 + limit));
                 const double tick = meal ? kMealFutureTick : kEtfTick;
-                path.push_back(std::max(10.0 * tick, CUniverseBuilder::roundToTick(path.back() * std::exp(move), tick)));
+                path.push_back(
+                    std::max(10.0 * tick, CUniverseBuilder::roundToTick(path.back() * std::exp(move), tick)));
             }
         }
     }
@@ -284,7 +295,8 @@ private:
             const double spot = previousClose(e, index);
             const int atm = toMilli(CUniverseBuilder::nearestStrike(spot));
             for (std::size_t m = 0; m < months.size(); ++m) {
-                auto found = std::find_if(book.begin(), book.end(), [&](const EtfMonth& x) { return x.month == months[m]; });
+                auto found =
+                    std::find_if(book.begin(), book.end(), [&](const EtfMonth& x) { return x.month == months[m]; });
                 if (found == book.end()) {
                     EtfMonth fresh;
                     fresh.month = months[m];
@@ -343,7 +355,8 @@ private:
             strikes.insert(strikes.begin(), makeStrike(next, day, sse));
         }
         while (strikes.back().milli < high) {
-            strikes.push_back(makeStrike(toMilli(CUniverseBuilder::nextStrikeUp(strikes.back().milli / 1000.0)), day, sse));
+            strikes.push_back(
+                makeStrike(toMilli(CUniverseBuilder::nextStrikeUp(strikes.back().milli / 1000.0)), day, sse));
         }
     }
 
@@ -356,8 +369,9 @@ private:
 
     void listMeal(const QDate& day, int index)
     {
-        m_meal.erase(std::remove_if(m_meal.begin(), m_meal.end(), [&](const MealFuture& f) { return f.optionExpiry < day; }),
-                     m_meal.end());
+        m_meal.erase(
+            std::remove_if(m_meal.begin(), m_meal.end(), [&](const MealFuture& f) { return f.optionExpiry < day; }),
+            m_meal.end());
         // Futures whose options have not expired yet; the four nearest.
         std::vector<MealFuture> live;
         for (int year = day.year(); live.size() < 4 && year <= day.year() + 2; ++year) {
@@ -382,8 +396,9 @@ private:
                 const double price = futurePrice(previousClose(kMealPath, index), year, month);
                 const double step = CUniverseBuilder::futureStrikeStep(price);
                 const double atm = CUniverseBuilder::roundToTick(price / step, 1.0) * step;
-                const int wings = kMealStrikesAroundTheMoney +
-                                  (index == 0 ? uniformInt(kDrawLadder, 100, static_cast<std::uint64_t>(month), 0, 3) : 0);
+                const int wings =
+                    kMealStrikesAroundTheMoney +
+                    (index == 0 ? uniformInt(kDrawLadder, 100, static_cast<std::uint64_t>(month), 0, 3) : 0);
                 for (int i = -wings; i <= wings; ++i) {
                     const int strike = static_cast<int>(std::lround(atm + i * step));
                     if (strike > 0) {
@@ -411,8 +426,8 @@ private:
 
     double closeAround(double settle, const std::string& key, int index, double tick) const
     {
-        const double noisy = settle * (1.0 + uniform(kDrawOptionClose, textHash(key), static_cast<std::uint64_t>(index),
-                                                    -0.02, 0.02));
+        const double noisy =
+            settle * (1.0 + uniform(kDrawOptionClose, textHash(key), static_cast<std::uint64_t>(index), -0.02, 0.02));
         return std::max(tick, CUniverseBuilder::roundToTick(noisy, tick));
     }
 
@@ -480,9 +495,9 @@ private:
         option->code = call ? listed.callCode : listed.putCode;
         option->name = fmt::format(FMT_STRING("{0}{1}{2}月{3}{4}"), def.optionName, call ? "购" : "沽",
                                    month.expiry.month(), listed.milli, adjusted ? "A" : "");
-        option->tradingCode = fmt::format(FMT_STRING("{0}{1}{2:02d}{3:02d}{4}{5:05d}"), def.code, call ? "C" : "P",
-                                          month.expiry.year() % 100, month.expiry.month(), adjusted ? "A" : "M",
-                                          listed.milli);
+        option->tradingCode =
+            fmt::format(FMT_STRING("{0}{1}{2:02d}{3:02d}{4}{5:05d}"), def.code, call ? "C" : "P",
+                        month.expiry.year() % 100, month.expiry.month(), adjusted ? "A" : "M", listed.milli);
         option->kind = nqservice::IK_STOCK_OPTION;
         option->exerciseStyle = nqservice::ES_EUROPEAN;
         option->call = call;
@@ -525,7 +540,8 @@ private:
 
     double futureSettlement(const std::string& code, double price, int index) const
     {
-        const double noise = uniform(kDrawFutureSettle, textHash(code), static_cast<std::uint64_t>(index), -0.004, 0.004);
+        const double noise =
+            uniform(kDrawFutureSettle, textHash(code), static_cast<std::uint64_t>(index), -0.004, 0.004);
         return CUniverseBuilder::roundToTick(price * (1.0 + noise), kMealFutureTick);
     }
 
@@ -559,8 +575,8 @@ private:
             const QString futureKey = QString::fromStdString(future->key());
             const bool closes = closeIndex > index;
             day.closes.insert(futureKey, closePrice);
-            day.settlements.insert(futureKey,
-                                   closes ? futureSettlement(futureCode, closePrice, index) : future->preSettlementPrice);
+            day.settlements.insert(
+                futureKey, closes ? futureSettlement(futureCode, closePrice, index) : future->preSettlementPrice);
 
             for (const auto& entry : listed.strikes) {
                 const double strike = entry.first;
@@ -568,8 +584,8 @@ private:
                     auto option = std::make_shared<CInstrumentDetail>();
                     option->market = nqservice::kMarketDCE;
                     option->code = fmt::format(FMT_STRING("{0}-{1}-{2}"), futureCode, call ? "C" : "P", entry.first);
-                    option->name =
-                        fmt::format(FMT_STRING("豆粕{0:02d}{1:02d}{2}{3}"), year % 100, month, call ? "购" : "沽", entry.first);
+                    option->name = fmt::format(FMT_STRING("豆粕{0:02d}{1:02d}{2}{3}"), year % 100, month,
+                                               call ? "购" : "沽", entry.first);
                     option->tradingCode = option->code;
                     option->kind = nqservice::IK_FUTURE_OPTION;
                     option->exerciseStyle = nqservice::ES_AMERICAN;
