@@ -1,7 +1,7 @@
 #include "app/cdeskservices.h"
 
 #include "app/cdeskmessageservice.h"
-
+#include "app/cmarketstatestore.h"
 #include "seam/calculator.h"
 #include "seam/common.h"
 #include "seam/cexchangeclient.h"
@@ -12,6 +12,7 @@
 #include "seam/logger.h"
 #include "seam/trading.h"
 #include "seam/user.h"
+#include "services/market/csessionclock.h"
 #include "services/market/csimclock.h"
 #include "services/market/csimexchangeclient.h"
 #include "services/market/csimmarket.h"
@@ -29,23 +30,12 @@
 #include <fmt/format.h>
 
 #include <QDir>
+#include <QSignalBlocker>
 #include <QVector>
 
 #include <set>
 
 namespace desk {
-
-namespace {
-bool isWeekend(const QDate& date) { return date.dayOfWeek() >= 6; }
-
-QDate nextTradingDay(QDate date)
-{
-    do {
-        date = date.addDays(1);
-    } while (isWeekend(date));
-    return date;
-}
-}  // namespace
 
 QDateTime CDeskServices::liveMarketStart(const QDateTime& exchangeNow)
 {
@@ -53,24 +43,34 @@ QDateTime CDeskServices::liveMarketStart(const QDateTime& exchangeNow)
     const QTime now = exchangeNow.time();
     const bool morning = now >= QTime(9, 30) && now < QTime(11, 30);
     const bool afternoon = now >= QTime(13, 0) && now < QTime(14, 57);
-    if (!isWeekend(today) && (morning || afternoon)) {
+    const bool trading = market::CSessionClock::isTradingDay(today);
+    if (trading && (morning || afternoon)) {
         return exchangeNow;
     }
-    const QDate day = (!isWeekend(today) && now < QTime(9, 30)) ? today : nextTradingDay(today);
+    const QDate day = (trading && now < QTime(9, 30)) ? today : market::CSessionClock::nextTradingDay(today);
     return QDateTime(day, QTime(10, 0), exchangeNow.timeSpec());
 }
 
 CDeskServices::CDeskServices(const DeskServicesConfig& config)
 {
-    const QDateTime start = config.marketStart.isValid()
-                                ? config.marketStart
-                                : liveMarketStart(TC::exchangeDateTime(TC::CSystemTimeService().currentTime()));
+    QDateTime start = config.marketStart.isValid()
+                          ? config.marketStart
+                          : liveMarketStart(TC::exchangeDateTime(TC::CSystemTimeService().currentTime()));
+    // The market of this directory never goes back: a start before the date it has
+    // reached continues on that date.
+    if (config.reachedDate.isValid() && start.date() < config.reachedDate) {
+        start = QDateTime(config.reachedDate, QTime(10, 0), start.timeSpec());
+    }
     m_tradingDate = start.date();
+    m_configDir = config.configDir;
+    m_seed = config.seed;
+    m_quoteRate = config.quoteRate;
+    m_feedThreads = config.feedThreads;
 
     // First in, last out: every service may have something to tell the trader.
     utils::CManualSingletonT<TC::CMsgService>::install(new CDeskMessageService);
 
-    m_clock = new market::CSimClock(start, 1.0);
+    m_clock = new market::CSimClock(start, config.clockSpeed);
     utils::CManualSingletonT<TC::CTimeService>::install(m_clock);
 
     auto* settings = new TC::CUserSettingsStore(config.configDir);
@@ -91,17 +91,7 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
 
     nqservice::GreekAndOptionsCalculator::setInstance(boost::make_shared<pricing::CGreekAndOptionsCalculator>());
 
-    market::CSimMarketConfig feedConfig;
-    feedConfig.seed = config.seed;
-    feedConfig.snapshotsPerSecond = config.quoteRate;
-    feedConfig.threads = config.feedThreads;
-    feedConfig.clock = m_clock;
-    auto feed = std::make_unique<market::CSimMarket>(m_exchange->instruments(), m_quotes, feedConfig);
-    // One round before the panels come: a board selecting its underlying finds
-    // prices at once (in-the-money shading, figures) instead of after the first tick.
-    feed->publishRound();
-    feed->start();
-    m_quotes->attachFeed(std::move(feed));
+    startFeed();
 
     startBroker(config, settings);
 
@@ -112,9 +102,45 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
         settings->setTradeSetting(trade);
     }
 
-    NQ_LOG_INFO(fmt::format(FMT_STRING("simulated market: {0} instruments, trading date {1}, seed {2}, {3} quotes/s per contract"),
+    saveState();
+    NQ_LOG_INFO(fmt::format(FMT_STRING("simulated market: {0} instruments, trading date {1}, seed {2}, {3} quotes/s per contract, clock x{4}"),
                             m_exchange->instruments().size(), m_tradingDate.toString(Qt::ISODate).toStdString(),
-                            config.seed, config.quoteRate));
+                            config.seed, config.quoteRate, config.clockSpeed));
+}
+
+void CDeskServices::startFeed()
+{
+    market::CSimMarketConfig feedConfig;
+    feedConfig.seed = m_seed;
+    feedConfig.snapshotsPerSecond = m_quoteRate;
+    feedConfig.threads = m_feedThreads;
+    feedConfig.clock = m_clock;
+    feedConfig.tradingDate = m_tradingDate;
+    feedConfig.closes = m_exchange->closePrices();
+    auto feed = std::make_unique<market::CSimMarket>(m_exchange->instruments(), m_quotes, feedConfig);
+    // One round before the panels come: a board selecting its underlying finds
+    // prices at once (in-the-money shading, figures) instead of after the first tick.
+    feed->publishRound();
+    feed->start();
+    m_quotes->attachFeed(std::move(feed));
+}
+
+void CDeskServices::stopFeed()
+{
+    if (market::CSimMarket* feed = m_quotes->feed()) {
+        feed->stop();
+    }
+}
+
+void CDeskServices::saveState()
+{
+    if (m_configDir.isEmpty()) {
+        return;
+    }
+    QString error;
+    if (!CMarketStateStore(m_configDir).save(MarketState{m_seed, m_tradingDate}, &error)) {
+        NQ_LOG_ERROR("cannot save the market's state: " + error.toStdString());
+    }
 }
 
 double CDeskServices::openingCash(int brokerType)
@@ -192,9 +218,55 @@ void CDeskServices::setTradingHalted(bool halted)
 
 void CDeskServices::checkTradingDate()
 {
-    if (m_exchange->checkTradingDate()) {
-        m_tradingDate = m_exchange->tradingDate();
+    const QDateTime now = m_clock->currentDateTime();
+    const bool pastClose = now.date() > m_tradingDate || (now.date() == m_tradingDate && now.time() >= rollOverTime());
+    if (!pastClose) {
+        return;
     }
+    QDate next = market::CSessionClock::nextTradingDay(m_tradingDate);
+    if (now.date() > next) {
+        // The clock ran past a whole day (a long pause): the market goes to its day.
+        next = market::CSessionClock::isTradingDay(now.date()) ? now.date()
+                                                                : market::CSessionClock::nextTradingDay(now.date());
+    }
+    rollTo(next, preOpenTime());
+}
+
+void CDeskServices::closeAndAdvance()
+{
+    const QDateTime close(m_tradingDate, QTime(15, 0));
+    if (m_clock->currentTime() < TC::exchangeEpochMs(close)) {
+        m_clock->setDateTime(close);
+    }
+    // The closing snapshots of the day, published before the market moves on.
+    stopFeed();
+    if (market::CSimMarket* feed = m_quotes->feed()) {
+        feed->publishRound();
+    }
+    rollTo(market::CSessionClock::nextTradingDay(m_tradingDate), openTime());
+}
+
+void CDeskServices::rollTo(const QDate& date, const QTime& startsAt)
+{
+    stopFeed();
+    const QDateTime begins(date, startsAt);
+    if (m_clock->currentTime() < TC::exchangeEpochMs(begins)) {
+        m_clock->setDateTime(begins);
+    }
+    const QDate previous = m_tradingDate;
+    m_tradingDate = date;
+    saveState();
+    // The new day's instruments and the first round of its feed come before the
+    // panels hear of the day, so that a board refilled for it finds prices at once.
+    {
+        const QSignalBlocker quiet(m_exchange);
+        m_exchange->setTradingDate(date);
+    }
+    startFeed();
+    emit m_exchange->sigNewTradingDate(m_exchange->getTradingDate());
+    emit m_exchange->sigInitDataFinish();
+    NQ_LOG_INFO(fmt::format(FMT_STRING("trading day {0} closed, the market moves on to {1}"),
+                            previous.toString(Qt::ISODate).toStdString(), date.toString(Qt::ISODate).toStdString()));
 }
 
 QString CDeskServices::phaseName(int phase)
@@ -241,9 +313,7 @@ QString CDeskServices::statusText() const
 CDeskServices::~CDeskServices()
 {
     // The feed's threads end before anything they publish into goes away.
-    if (market::CSimMarket* feed = m_quotes->feed()) {
-        feed->stop();
-    }
+    stopFeed();
     nqservice::GreekAndOptionsCalculator::setInstance(nullptr);
     // The broker's thread and quote subscriptions end before the services it reads.
     utils::CSingletonT<TC::SingletonManager>::instance()->setTradeLogicInterface(nullptr);

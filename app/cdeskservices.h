@@ -37,8 +37,13 @@ struct DeskServicesConfig {
     int feedThreads = 2;
     // When set, the Greeks import is switched on for this directory.
     QString greeksImportDir;
-    // The market's clock starts here (exchange local time) and runs with the wall clock.
+    // The market's clock starts here (exchange local time) and runs at clockSpeed
+    // times the wall clock.
     QDateTime marketStart;
+    double clockSpeed = 1.0;
+    // The trading date this directory's market has reached: the clock never starts
+    // before it. It is kept in market.json when configDir is set.
+    QDate reachedDate;
     // The paper broker's ledger; empty: "paper.sqlite" in the configuration directory.
     QString ledgerPath;
 };
@@ -54,8 +59,18 @@ public:
     // 10:00 of the next trading day (exchange local time).
     static QDateTime liveMarketStart(const QDateTime& exchangeNow);
 
-    // Rolls the universe over when the clock has reached a later trading day.
+    // Ends the trading day once the clock is past its close (15:05, after the
+    // closing snapshots), or has reached a later day: the market moves on to the
+    // next trading day's pre-open.
     void checkTradingDate();
+    // The menu's jump: to the close of the trading day, its closing snapshots
+    // published, then on to the next trading day's open.
+    void closeAndAdvance();
+    // When the next trading day begins after a close, and when the automatic roll-over
+    // comes (exchange local times of their days).
+    static QTime preOpenTime() { return QTime(9, 14); }
+    static QTime openTime() { return QTime(9, 30); }
+    static QTime rollOverTime() { return QTime(15, 5); }
     // "模拟行情 2026-11-23 10:00:05 连续竞价 | 50ETF 2.950 +0.35%": what the status bar shows.
     QString statusText() const;
     // The name of a trading phase as the status bar shows it.
@@ -76,11 +91,21 @@ public:
 
 private:
     void startBroker(const DeskServicesConfig& config, TC::CUserConfig* settings);
+    void startFeed();
+    void stopFeed();
+    // Moves the market to a later trading day and the clock to `startsAt` on it
+    // when the clock is earlier.
+    void rollTo(const QDate& date, const QTime& startsAt);
+    void saveState();
 
     market::CSimClock* m_clock = nullptr;
     market::CSimExchangeClient* m_exchange = nullptr;
     market::CSimQuoteClient* m_quotes = nullptr;
     QDate m_tradingDate;
+    QString m_configDir;
+    unsigned m_seed = 0;
+    double m_quoteRate = 2.0;
+    int m_feedThreads = 2;
     trading::CDeskTradeClient* m_tradeClient = nullptr;
     std::unique_ptr<trading::CPaperBroker> m_broker;
     QStringList m_notices;

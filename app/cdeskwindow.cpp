@@ -81,6 +81,12 @@ CDeskWindow::CDeskWindow(CPanelFactory factory, const QString& configDir, int ti
 
 CDeskWindow::~CDeskWindow() { m_tick.stop(); }
 
+void CDeskWindow::setNextTradingDay(std::function<void()> jump)
+{
+    m_nextTradingDay = std::move(jump);
+    m_nextTradingDayAction->setEnabled(static_cast<bool>(m_nextTradingDay));
+}
+
 void CDeskWindow::buildMenus()
 {
     QMenu* view = menuBar()->addMenu(QStringLiteral("视图"));
@@ -110,6 +116,17 @@ void CDeskWindow::buildMenus()
         dialog.exec();
     });
     buildTradingMenu();
+    QMenu* simulation = menuBar()->addMenu(QStringLiteral("模拟"));
+    simulation->setObjectName(QStringLiteral("menuSimulation"));
+    m_nextTradingDayAction = simulation->addAction(QStringLiteral("收盘并进入下一交易日"));
+    m_nextTradingDayAction->setObjectName(QStringLiteral("actionNextTradingDay"));
+    m_nextTradingDayAction->setEnabled(false);
+    connect(m_nextTradingDayAction, &QAction::triggered, this, [this] {
+        if (m_nextTradingDay) {
+            m_nextTradingDay();
+            updateStatus();
+        }
+    });
     QMenu* fileMenu = menuBar()->addMenu(QStringLiteral("布局"));
     connect(fileMenu->addAction(QStringLiteral("保存布局")), &QAction::triggered, this, [this] {
         QString error;

@@ -15,6 +15,7 @@
 #include <functional>
 #include <vector>
 
+class QAction;
 class QComboBox;
 class QDockWidget;
 class QLabel;
@@ -53,6 +54,8 @@ public:
     // the market text of the status bar.
     void setHostTick(std::function<void()> work) { m_hostTick = std::move(work); }
     void setMarketStatus(std::function<QString()> text) { m_marketStatus = std::move(text); }
+    // What 模拟 → 收盘并进入下一交易日 does; the item is disabled without it.
+    void setNextTradingDay(std::function<void()> jump);
 
     // Called with true when the trader pauses trading ("暂停交易") and false when
     // trading resumes ("恢复交易"); the host makes the broker refuse new orders.
@@ -117,6 +120,8 @@ private:
     QLabel* m_marketText = nullptr;
     std::function<void()> m_hostTick;
     std::function<QString()> m_marketStatus;
+    std::function<void()> m_nextTradingDay;
+    QAction* m_nextTradingDayAction = nullptr;
     int m_ticks = 0;
     int m_nextWidgetID = 1;
 

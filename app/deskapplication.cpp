@@ -3,11 +3,13 @@
 #include "app/cdesklayoutstore.h"
 #include "app/cdeskservices.h"
 #include "app/cdeskwindow.h"
+#include "app/cmarketstatestore.h"
 #include "app/deskoptions.h"
 #include "app/desklogging.h"
 #include "seam/logger.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFont>
 #include <QTimer>
 
@@ -68,6 +70,27 @@ int runDesk(int argc, char** argv)
         return 2;
     }
 
+    // The directory's market: its seed wins unless another was asked for, which
+    // would put this ledger on a market it never traded.
+    unsigned seed = static_cast<unsigned>(options.seed);
+    MarketState market;
+    const CMarketStateStore marketStore(options.configDir);
+    switch (marketStore.load(market, &error)) {
+    case CMarketStateStore::LoadResult::Damaged:
+        printError(QStringLiteral("%1 已损坏（%2）。请修复或删除它，或用 --config-dir 指定一个新的目录。")
+                       .arg(QDir::toNativeSeparators(marketStore.filePath()), error));
+        return 2;
+    case CMarketStateStore::LoadResult::Loaded:
+        if (options.seedGiven && market.seed != seed) {
+            printError(CMarketStateStore::seedMismatchText(options.configDir, market.seed, seed));
+            return 2;
+        }
+        seed = market.seed;
+        break;
+    case CMarketStateStore::LoadResult::Missing:
+        break;
+    }
+
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("optdesk"));
@@ -85,14 +108,17 @@ int runDesk(int argc, char** argv)
     {
         DeskServicesConfig serviceConfig;
         serviceConfig.configDir = options.configDir;
-        serviceConfig.seed = static_cast<unsigned>(options.seed);
+        serviceConfig.seed = seed;
         serviceConfig.quoteRate = options.quoteRate;
+        serviceConfig.clockSpeed = options.clockSpeed;
+        serviceConfig.reachedDate = market.tradingDate;
         serviceConfig.greeksImportDir = options.greeksImportDir;
         CDeskServices services(serviceConfig);
         CDeskWindow window(CPanelFactory::withBuiltins(), options.configDir, options.tickMs);
         window.setHostTick([&services] { services.checkTradingDate(); });
         window.setMarketStatus([&services] { return services.statusText(); });
         window.setTradingHaltHandler([&services](bool halted) { services.setTradingHalted(halted); });
+        window.setNextTradingDay([&services] { services.closeAndAdvance(); });
         window.restore(options.theme);
         if (!options.showPanel.isEmpty() && !window.showPanel(options.showPanel)) {
             printError(QStringLiteral("there is no panel \"%1\"; the panels are: %2")

@@ -21,6 +21,9 @@ struct OptionSet {
     QCommandLineOption quoteRate{QStringLiteral("quote-rate"),
                                  QStringLiteral("Quote snapshots per second per contract (default 2)."),
                                  QStringLiteral("N")};
+    QCommandLineOption clockSpeed{QStringLiteral("clock-speed"),
+                                  QStringLiteral("Run the market's clock this many times faster than the wall clock (default 1)."),
+                                  QStringLiteral("N")};
     QCommandLineOption tickMs{QStringLiteral("tick-ms"), QStringLiteral("Panel refresh tick in milliseconds (default 250)."),
                               QStringLiteral("MS")};
     QCommandLineOption greeksDir{QStringLiteral("greeks-dir"), QStringLiteral("Directory of imported Greeks files."),
@@ -34,7 +37,7 @@ struct OptionSet {
 
     void addTo(QCommandLineParser& parser) const
     {
-        parser.addOptions({configDir, seed, screenshot, quitAfter, quoteRate, tickMs, greeksDir, theme, show, help, version});
+        parser.addOptions({configDir, seed, screenshot, quitAfter, quoteRate, clockSpeed, tickMs, greeksDir, theme, show, help, version});
     }
 };
 
@@ -93,8 +96,9 @@ DeskOptions parseDeskOptions(const QStringList& arguments)
     bool ok = true;
     if (parser.isSet(set.seed)) {
         options.seed = parser.value(set.seed).toULongLong(&ok);
-        if (!ok) {
-            return failed(options, QStringLiteral("--seed needs a non-negative whole number, not \"%1\".").arg(parser.value(set.seed)));
+        options.seedGiven = true;
+        if (!ok || options.seed > 4294967295ULL) {
+            return failed(options, QStringLiteral("--seed needs a whole number from 0 to 4294967295, not \"%1\".").arg(parser.value(set.seed)));
         }
     }
     if (parser.isSet(set.quitAfter)) {
@@ -116,6 +120,12 @@ DeskOptions parseDeskOptions(const QStringList& arguments)
         options.quoteRate = parser.value(set.quoteRate).toDouble(&ok);
         if (!ok || options.quoteRate <= 0.0 || options.quoteRate > 1000.0) {
             return failed(options, QStringLiteral("--quote-rate needs a number above 0 and at most 1000, not \"%1\".").arg(parser.value(set.quoteRate)));
+        }
+    }
+    if (parser.isSet(set.clockSpeed)) {
+        options.clockSpeed = parser.value(set.clockSpeed).toDouble(&ok);
+        if (!ok || options.clockSpeed <= 0.0 || options.clockSpeed > 100000.0) {
+            return failed(options, QStringLiteral("--clock-speed needs a number above 0 and at most 100000, not \"%1\".").arg(parser.value(set.clockSpeed)));
         }
     }
     if (parser.isSet(set.tickMs)) {

@@ -9,6 +9,8 @@ namespace desk {
 struct DeskOptions {
     QString configDir;           // where settings, layout and logs live
     unsigned long long seed = 20261122ULL;  // the simulated market's seed
+    bool seedGiven = false;      // --seed was on the command line
+    double clockSpeed = 1.0;     // the market's clock against the wall clock
     QString screenshotFile;      // render the window to this PNG, then exit
     double quitAfterSeconds = -1.0;  // exit after this many seconds (negative: run until closed)
     double quoteRate = 2.0;      // snapshots per second per contract

@@ -1,8 +1,9 @@
 // The underlying selector of the boards and the price quote panel: every
 // underlying that has options for one trader type, shown by its instrument key,
 // with the option map's key as item data. Empty until the instrument tables are
-// complete. A trade control of TC, kept with the toolkit so that every panel
-// folder may use it.
+// complete; refilled when they are complete again (a new trading day), keeping
+// the underlying shown before while it is still listed. A trade control of TC,
+// kept with the toolkit so that every panel folder may use it.
 #pragma once
 
 #include "seam/tradingenums.h"

@@ -13,7 +13,8 @@ CSimExchangeClient::CSimExchangeClient(unsigned seed, const QDate& tradingDate, 
                                        QObject* parent)
     : TC::CExchangeClient(parent), m_generated(true), m_seed(seed), m_clock(clock), m_date(tradingDate)
 {
-    install(CUniverseBuilder::build(seed, tradingDate));
+    CMarketDay day = CMarketHistory(seed).day(tradingDate);
+    install(std::move(day.instruments), std::move(day.closes), std::move(day.settlements));
 }
 
 CSimExchangeClient::CSimExchangeClient(TInstrumentList instruments, const QDate& tradingDate,
@@ -23,10 +24,13 @@ CSimExchangeClient::CSimExchangeClient(TInstrumentList instruments, const QDate&
     install(std::move(instruments));
 }
 
-void CSimExchangeClient::install(TInstrumentList instruments)
+void CSimExchangeClient::install(TInstrumentList instruments, QHash<QString, double> closes,
+                                 QHash<QString, double> settlements)
 {
     auto tables = std::make_shared<Tables>();
     tables->list = std::move(instruments);
+    tables->closes = std::move(closes);
+    tables->settlements = std::move(settlements);
     tables->keys.reserve(static_cast<int>(tables->list.size()));
     for (const auto& detail : tables->list) {
         const QString key = QString::fromStdString(detail->key());
@@ -133,6 +137,18 @@ TInstrumentList CSimExchangeClient::instruments() const
     return m_tables->list;
 }
 
+QHash<QString, double> CSimExchangeClient::closePrices() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_tables->closes;
+}
+
+QHash<QString, double> CSimExchangeClient::settlementPrices() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_tables->settlements;
+}
+
 QDate CSimExchangeClient::tradingDate() const
 {
     std::lock_guard<std::mutex> lock(m_mutex);
@@ -145,7 +161,8 @@ void CSimExchangeClient::setTradingDate(const QDate& date)
         return;
     }
     if (m_generated) {
-        install(CUniverseBuilder::build(m_seed, date));
+        CMarketDay day = CMarketHistory(m_seed).day(date);
+        install(std::move(day.instruments), std::move(day.closes), std::move(day.settlements));
     }
     {
         std::lock_guard<std::mutex> lock(m_mutex);

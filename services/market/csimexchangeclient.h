@@ -1,5 +1,5 @@
 // The exchange client of the simulated market: the instrument tables of one
-// trading day, generated from a seed or given as a fixed list (tests), the
+// trading day, the seed's market history on that day or a fixed list (tests), the
 // option chains by underlying and month, and the calendar. Lookups are
 // read-mostly and guarded by a short lock, so a day roll-over may happen on
 // any thread.
@@ -40,15 +40,22 @@ public:
 
     // Every instrument, in the order of generation (underlyings before their options).
     TInstrumentList instruments() const;
+    // How the trading day ends, by instrument key (empty for a fixed universe):
+    // the closing and settlement prices of the market history.
+    QHash<QString, double> closePrices() const;
+    QHash<QString, double> settlementPrices() const;
     QDate tradingDate() const;
-    // Moves to another trading day: a generated universe is generated anew for it,
-    // a fixed one kept. Emits sigNewTradingDate and sigInitDataFinish.
+    // Moves to another trading day: a generated universe becomes that day's of the
+    // seed's history (contracts keep their codes; expired ones leave, new months
+    // and strikes come), a fixed one is kept. Emits sigNewTradingDate and
+    // sigInitDataFinish.
     void setTradingDate(const QDate& date);
     // Rolls over when the clock has reached a later trading day; true if it did.
     bool checkTradingDate();
 
 private:
-    void install(TInstrumentList instruments);
+    void install(TInstrumentList instruments, QHash<QString, double> closes = {},
+                 QHash<QString, double> settlements = {});
     TC::CTimeService* clock() const;
 
     struct Tables {
@@ -57,6 +64,8 @@ private:
         QMap<QString, QMap<QString, QStringList>> stockOptions;
         QMap<QString, QMap<QString, QStringList>> futureOptions;
         QStringList keys;
+        QHash<QString, double> closes;
+        QHash<QString, double> settlements;
     };
 
     const bool m_generated;

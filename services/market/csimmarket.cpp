@@ -1,6 +1,7 @@
 #include "services/market/csimmarket.h"
 
 #include "seam/marketenums.h"
+#include "services/market/cmarkethistory.h"
 #include "services/market/csessionclock.h"
 #include "services/market/csimquoteclient.h"
 
@@ -26,6 +27,8 @@ constexpr double kShortestYears = 1e-6;
 // Days before expiry from which a contract carries the near-expiry status.
 constexpr int kNearExpiryDays = 7;
 constexpr double kStandardUnit = 10000.0;
+// How long the bridge's deviation remembers itself, in simulated milliseconds.
+constexpr double kBridgeMemoryMs = 20.0 * 60.0 * 1000.0;
 
 double normalCdf(double x) { return 0.5 * std::erfc(-x / std::sqrt(2.0)); }
 
@@ -91,6 +94,11 @@ struct CSimMarket::Contract {
     double upStop = utils::kAbsentDouble;
     double downStop = utils::kAbsentDouble;
     long long lastUpdate = 0;
+    // The day's close, absent when the feed was not given one; the bridge's
+    // deviation from the straight line to it, in standard deviations.
+    double close = utils::kAbsentDouble;
+    double bridge = 0.0;
+    bool closed = false;
     // Share of the day already traded when the feed started: the first
     // snapshot makes up for it so a board opened mid-session looks lived in.
     double replay = 0.0;
@@ -134,11 +142,22 @@ CSimMarket::CSimMarket(const TInstrumentList& instruments, CSimQuoteClient* sink
             if (utils::isUsable(detail->expireDate)) {
                 contract->expiry = fromDateInt(detail->expireDate);
             }
-        } else {
+        } else if (config.closes.isEmpty()) {
             const double hv = utils::isUsable(detail->historyVolatility) ? detail->historyVolatility : 0.2;
             contract->atmVolatility = hv * contract->uniform(0.95, 1.15);
             contract->skew = contract->stockMarket ? contract->uniform(-0.12, -0.04) : contract->uniform(0.0, 0.05);
             contract->curvature = contract->uniform(0.04, 0.10);
+        } else {
+            // On the market history's day: its smile, so the close lands on the settlement.
+            contract->atmVolatility = utils::isUsable(detail->historyVolatility) ? detail->historyVolatility : 0.2;
+            contract->skew = CMarketHistory::smileSkew(contract->stockMarket);
+            contract->curvature = CMarketHistory::smileCurvature();
+        }
+        const auto close = config.closes.constFind(contract->key);
+        if (close != config.closes.constEnd() && utils::isUsable(close.value()) && close.value() > 0.0 &&
+            utils::isUsable(detail->preClosePrice) && detail->preClosePrice > 0.0) {
+            contract->close = close.value();
+            contract->bridge = contract->normal();
         }
         byKey.insert(contract->key, contract.get());
         m_contracts.push_back(std::move(contract));
@@ -239,6 +258,31 @@ void CSimMarket::trade(Contract& contract, TC::CPriceData& out, double probabili
     contract.lowPrice = std::min(contract.lowPrice, price);
 }
 
+void CSimMarket::markClose(Contract& contract, TC::CPriceData& out)
+{
+    contract.closed = true;
+    contract.lastPrice = contract.close;
+    if (!utils::isUsable(contract.openPrice)) {
+        contract.openPrice = contract.close;
+        contract.highPrice = contract.close;
+        contract.lowPrice = contract.close;
+    }
+    contract.highPrice = std::max(contract.highPrice, contract.close);
+    contract.lowPrice = std::min(contract.lowPrice, contract.close);
+    out.quoteMarkB = utils::kAbsentDouble;
+}
+
+double CSimMarket::dayDone(const Contract& contract, const Clock& clock) const
+{
+    if (m_config.tradingDate.isValid() && clock.date != m_config.tradingDate) {
+        return clock.date > m_config.tradingDate ? 1.0 : 0.0;
+    }
+    if (!CSessionClock::isTradingDay(clock.date)) {
+        return 0.0;
+    }
+    return std::clamp(1.0 - (contract.stockMarket ? clock.stockDayLeft : clock.futureDayLeft), 0.0, 1.0);
+}
+
 void CSimMarket::fillCommon(const Contract& contract, const Clock& clock, TC::CPriceData& out) const
 {
     const CInstrumentDetail& detail = *contract.detail;
@@ -312,7 +356,24 @@ void CSimMarket::advanceUnderlying(Contract& contract, const Clock& clock, TC::C
     if (contract.replay > 0.0) {
         years += contract.replay / kTradingDaysPerYear;
     }
-    if (years > 0.0) {
+    if (utils::isUsable(contract.close)) {
+        // A Brownian bridge from the previous close to the close: the straight line
+        // in log price plus a mean-reverting deviation scaled by sqrt(t (1 - t)).
+        const double done = dayDone(contract, clock);
+        if (years > 0.0) {
+            const double keep = std::exp(-elapsedMs / kBridgeMemoryMs);
+            contract.bridge = keep * contract.bridge + std::sqrt(1.0 - keep * keep) * contract.normal();
+        }
+        const double preClose = contract.detail->preClosePrice;
+        const double dayStdDev = volatility / std::sqrt(kTradingDaysPerYear);
+        const double logPrice = std::log(preClose) + done * std::log(contract.close / preClose) +
+                                dayStdDev * std::sqrt(done * (1.0 - done)) * contract.bridge;
+        spot = std::clamp(std::exp(logPrice), contract.downStop, contract.upStop);
+        if (done >= 1.0) {
+            spot = contract.close;
+        }
+        contract.spot.store(spot, std::memory_order_relaxed);
+    } else if (years > 0.0) {
         spot *= std::exp(-0.5 * volatility * volatility * years + volatility * std::sqrt(years) * contract.normal());
         spot = std::clamp(spot, contract.downStop, contract.upStop);
         contract.spot.store(spot, std::memory_order_relaxed);
@@ -397,7 +458,19 @@ boost::shared_ptr<TC::CPriceData> CSimMarket::advance(Contract& contract, const 
     const int phase = contract.stockMarket ? clock.stockPhase : clock.futurePhase;
     // Between sessions and after the close nothing moves: the book stands as it was.
     const bool quiet = phase == TC::TP_NOT_TRADING || phase == TC::TP_CLOSED || phase == TC::TP_AFTER_HOURS;
-    if (quiet && contract.previous != nullptr && contract.replay <= 0.0) {
+    // The first snapshot after the close carries the day's closing price.
+    const bool closing = phase == TC::TP_CLOSED && utils::isUsable(contract.close) && !contract.closed &&
+                         dayDone(contract, clock) >= 1.0;
+    if (closing) {
+        contract.replay = 0.0;
+        if (contract.option) {
+            advanceOption(contract, clock, *out);
+        } else {
+            advanceUnderlying(contract, clock, *out);
+        }
+        markClose(contract, *out);
+        fillCommon(contract, clock, *out);
+    } else if (quiet && contract.previous != nullptr && contract.replay <= 0.0) {
         *out = *contract.previous;
         out->time = clock.epochMs;
         out->tradingPhase = phase;

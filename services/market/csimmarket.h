@@ -4,13 +4,16 @@
 // session clock. Service threads publish snapshots into a CSimQuoteClient at a
 // set rate per contract. Each contract belongs to one thread and draws from its
 // own seeded generator, so a round of snapshots under a standing clock is the
-// same for the same seed.
+// same for the same seed. Given the day's closes, an underlying's path is a
+// bridge that ends on its close whatever the rate or the clock's speed.
 #pragma once
 
 #include "seam/cpricedata.h"
 #include "seam/ctimeservice.h"
 #include "services/market/cuniversebuilder.h"
 
+#include <QDate>
+#include <QHash>
 #include <QString>
 
 #include <boost/shared_ptr.hpp>
@@ -37,6 +40,12 @@ struct CSimMarketConfig {
     int batchIntervalMs = 10;
     // Time of the model and the phases; null means TC::getTimeService().
     TC::CTimeService* clock = nullptr;
+    // The trading day the instruments belong to, and how it ends by instrument
+    // key: an underlying's path runs from its previous close to its close, and
+    // at the close every contract's last price is its close. Without them the
+    // paths wander freely from the previous close.
+    QDate tradingDate;
+    QHash<QString, double> closes;
 };
 
 class CSimMarket {
@@ -74,6 +83,8 @@ private:
     void advanceOption(Contract& contract, const Clock& clock, TC::CPriceData& out);
     void fillCommon(const Contract& contract, const Clock& clock, TC::CPriceData& out) const;
     void trade(Contract& contract, TC::CPriceData& out, double probability, int maxSize);
+    void markClose(Contract& contract, TC::CPriceData& out);
+    double dayDone(const Contract& contract, const Clock& clock) const;
     Clock readClock() const;
     void run(int worker);
 

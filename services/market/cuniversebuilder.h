@@ -1,20 +1,16 @@
-// Generates the instrument universe of a trading day from a seed: ETF options
-// of the SSE and SZSE on their listed months and strike ladders, adjusted
-// contracts, and a commodity futures option family with its futures. The same
-// seed and date always give the same universe.
+// The instrument universe of a trading day: ETF options of the SSE and SZSE on
+// their listed months and strike ladders, adjusted contracts, and a commodity
+// futures option family with its futures, as the market history of the seed
+// has them on that date. Also the exchanges' listing rules the history follows.
 #pragma once
 
-#include "seam/cinstrumentdetail.h"
+#include "services/market/cmarkethistory.h"
 
 #include <QDate>
 
-#include <memory>
-#include <string>
 #include <vector>
 
 namespace market {
-
-using TInstrumentList = std::vector<std::shared_ptr<nqservice::CInstrumentDetail>>;
 
 class CUniverseBuilder {
 public:

@@ -15,16 +15,20 @@ TEST(DeskOptions, DefaultsNeedNoArguments)
     EXPECT_TRUE(o.configDir.endsWith(QStringLiteral("optdesk")));
     EXPECT_LT(o.quitAfterSeconds, 0.0);
     EXPECT_DOUBLE_EQ(o.quoteRate, 2.0);
+    EXPECT_DOUBLE_EQ(o.clockSpeed, 1.0);
+    EXPECT_FALSE(o.seedGiven) << "the directory's market may choose the seed";
 }
 
 TEST(DeskOptions, AllOptionsTogether)
 {
     const desk::DeskOptions o =
         parse({"--config-dir", "/tmp/a", "--seed", "7", "--screenshot", "/tmp/a/s.png", "--quit-after", "2.5", "--quote-rate",
-               "10", "--tick-ms", "100", "--greeks-dir", "/tmp/g", "--theme", "light"});
+               "10", "--tick-ms", "100", "--greeks-dir", "/tmp/g", "--theme", "light", "--clock-speed", "600"});
     ASSERT_TRUE(o.ok) << o.error.toStdString();
     EXPECT_EQ(o.configDir, QStringLiteral("/tmp/a"));
     EXPECT_EQ(o.seed, 7u);
+    EXPECT_TRUE(o.seedGiven);
+    EXPECT_DOUBLE_EQ(o.clockSpeed, 600.0);
     EXPECT_EQ(o.screenshotFile, QStringLiteral("/tmp/a/s.png"));
     EXPECT_DOUBLE_EQ(o.quitAfterSeconds, 2.5);
     EXPECT_DOUBLE_EQ(o.quoteRate, 10.0);
@@ -55,6 +59,9 @@ INSTANTIATE_TEST_SUITE_P(Cases, BadDeskOptions,
                                          std::vector<const char*>{"--quit-after", "-1"},
                                          std::vector<const char*>{"--quote-rate", "0"},
                                          std::vector<const char*>{"--tick-ms", "5"},
+                                         std::vector<const char*>{"--clock-speed", "0"},
+                                         std::vector<const char*>{"--clock-speed", "fast"},
+                                         std::vector<const char*>{"--seed", "4294967296"},
                                          std::vector<const char*>{"--theme", "neon"},
                                          std::vector<const char*>{"--config-dir"},
                                          std::vector<const char*>{"stray"}));
@@ -62,7 +69,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, BadDeskOptions,
 TEST(DeskOptions, HelpTextNamesTheOptions)
 {
     const QString usage = desk::deskUsage();
-    for (const char* option : {"--config-dir", "--seed", "--screenshot", "--quit-after", "--quote-rate", "--greeks-dir"}) {
+    for (const char* option : {"--config-dir", "--seed", "--screenshot", "--quit-after", "--quote-rate", "--clock-speed", "--greeks-dir"}) {
         EXPECT_TRUE(usage.contains(QString::fromLatin1(option))) << option;
     }
     EXPECT_TRUE(parse({"--help"}).showHelp);

@@ -114,3 +114,58 @@ TEST(DeskProcess, DamagedLayoutIsReportedAndTheDeskStillStarts)
     EXPECT_TRUE(run.stdErr.contains(QStringLiteral("损坏"))) << run.stdErr.toStdString();
     EXPECT_EQ(QDir(dir.path()).entryList({QStringLiteral("layout.json.damaged-*")}, QDir::Files).size(), 1);
 }
+
+namespace {
+
+void writeMarketState(const QString& dir, const QByteArray& json)
+{
+    QFile file(QDir(dir).filePath(QStringLiteral("market.json")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(json);
+}
+
+QByteArray readMarketState(const QString& dir)
+{
+    QFile file(QDir(dir).filePath(QStringLiteral("market.json")));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+}  // namespace
+
+TEST(DeskProcess, ADirectoryOfAnotherSeedIsRefusedWithAFreshDirectorySuggested)
+{
+    QTemporaryDir dir;
+    const QByteArray state = R"({"version": 1, "seed": 5, "tradingDate": "2026-11-25"})";
+    writeMarketState(dir.path(), state);
+    const DeskRun run = runDesk({"--config-dir", dir.path(), "--seed", "6", "--quit-after", "0"}, offscreen());
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.stdErr.contains(QStringLiteral("种子 5"))) << run.stdErr.toStdString();
+    EXPECT_TRUE(run.stdErr.contains(QStringLiteral("--config-dir"))) << run.stdErr.toStdString();
+    EXPECT_EQ(readMarketState(dir.path()), state) << "the directory's market is left as it was";
+    EXPECT_FALSE(QFile::exists(QDir(dir.path()).filePath(QStringLiteral("paper.sqlite"))));
+}
+
+TEST(DeskProcess, ADirectoryKeepsItsSeedAndNeverGoesBackInDate)
+{
+    QTemporaryDir dir;
+    // A market that has run ahead of the wall clock, on seed 5.
+    writeMarketState(dir.path(), R"({"version": 1, "seed": 5, "tradingDate": "2027-03-02"})");
+    const DeskRun run = runDesk({"--config-dir", dir.path(), "--quit-after", "0.5"}, offscreen());
+    ASSERT_EQ(run.exitCode, 0) << run.stdErr.toStdString();
+    const QByteArray state = readMarketState(dir.path());
+    EXPECT_TRUE(state.contains("\"seed\": 5")) << state.toStdString();
+    EXPECT_TRUE(state.contains("\"tradingDate\": \"2027-03-02\"")) << state.toStdString();
+    // The same seed given again is no conflict.
+    const DeskRun same = runDesk({"--config-dir", dir.path(), "--seed", "5", "--quit-after", "0.5"}, offscreen());
+    EXPECT_EQ(same.exitCode, 0) << same.stdErr.toStdString();
+}
+
+TEST(DeskProcess, ADamagedMarketFileIsRefusedNotOverwritten)
+{
+    QTemporaryDir dir;
+    writeMarketState(dir.path(), "{\"seed\": ");
+    const DeskRun run = runDesk({"--config-dir", dir.path(), "--quit-after", "0"}, offscreen());
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.stdErr.contains(QStringLiteral("market.json"))) << run.stdErr.toStdString();
+    EXPECT_EQ(readMarketState(dir.path()), QByteArray("{\"seed\": "));
+}

@@ -1,4 +1,5 @@
 #include "app/cdeskservices.h"
+#include "app/cmarketstatestore.h"
 #include "seam/calculator.h"
 #include "seam/common.h"
 #include "seam/cexchangeclient.h"
@@ -7,12 +8,16 @@
 #include "seam/ctimeservice.h"
 #include "seam/user.h"
 #include "seam/userrecords.h"
+#include "services/market/cmarkethistory.h"
+#include "services/market/csimclock.h"
 #include "services/market/csimexchangeclient.h"
+#include "services/market/csimquoteclient.h"
 #include "support/testsupport.h"
 #include "toolkit/itradedockablewidget.h"
 
 #include <gtest/gtest.h>
 
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <atomic>
@@ -51,7 +56,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, LiveMarketStart,
                                          StartCase{"2026-11-23T12:00:00", "2026-11-24T10:00:00"},   // lunch
                                          StartCase{"2026-11-23T20:00:00", "2026-11-24T10:00:00"},   // evening
                                          StartCase{"2026-11-27T16:00:00", "2026-11-30T10:00:00"},   // Friday after close
-                                         StartCase{"2026-11-22T09:00:00", "2026-11-23T10:00:00"})); // Sunday
+                                         StartCase{"2026-11-22T09:00:00", "2026-11-23T10:00:00"},   // Sunday
+                                         StartCase{"2026-09-30T16:00:00", "2026-10-08T10:00:00"})); // National Day
 
 TEST(DeskServices, InstallsTheServicesAndRemovesThemAtTheEnd)
 {
@@ -142,4 +148,92 @@ TEST(DeskServices, PanelsRequestOnlyAccountsOfTheirTradeType)
     EXPECT_FALSE(both.needRequestAccount(futureAccount.toStdString()));
     both.setTradeType(nqservice::VQ_TRADER_TYPE_FUTURE_OPTION);
     EXPECT_TRUE(both.needRequestAccount(futureAccount.toStdString()));
+}
+
+namespace {
+
+desk::DeskServicesConfig marketConfig(const QString& dir, const QDateTime& start)
+{
+    desk::DeskServicesConfig config;
+    config.configDir = dir;
+    config.seed = 7;
+    config.quoteRate = 4.0;
+    config.marketStart = start;
+    config.clockSpeed = 0.0;  // the test moves the clock itself
+    return config;
+}
+
+QStringList monthsOf(desk::CDeskServices& services, const char* underlying)
+{
+    QMap<QString, QMap<QString, QStringList>> chains;
+    services.exchange()->getStockOptionMap(chains);
+    return chains.value(QString::fromLatin1(underlying)).keys();
+}
+
+}  // namespace
+
+TEST(DeskServices, AfterTheCloseTheMarketMovesOnToTheNextTradingDayOnce)
+{
+    QTemporaryDir dir;
+    // The November month expires on Wednesday the 25th.
+    desk::CDeskServices services(marketConfig(dir.path(), QDateTime(QDate(2026, 11, 25), QTime(14, 50))));
+    std::vector<std::string> newDates;
+    QObject::connect(services.exchange(), &TC::CExchangeClient::sigNewTradingDate,
+                     [&newDates](const std::string& date) { newDates.push_back(date); });
+    QSignalSpy ready(services.exchange(), &TC::CExchangeClient::sigInitDataFinish);
+    EXPECT_TRUE(monthsOf(services, "510050.SH").contains(QStringLiteral("20261125")));
+    const int daysToDecember = services.exchange()->getRemainDays(QStringLiteral("20261223"));
+
+    services.clock()->setDateTime(QDateTime(QDate(2026, 11, 25), QTime(15, 1)));
+    services.checkTradingDate();
+    EXPECT_EQ(newDates.size(), 0U) << "the closing snapshots stand a while first";
+
+    services.clock()->setDateTime(QDateTime(QDate(2026, 11, 25), QTime(15, 6)));
+    services.checkTradingDate();
+    services.checkTradingDate();
+    ASSERT_EQ(newDates.size(), 1U);
+    EXPECT_EQ(newDates.front(), "20261126");
+    EXPECT_EQ(ready.count(), 1);
+    EXPECT_EQ(services.tradingDate(), QDate(2026, 11, 26));
+    EXPECT_EQ(services.clock()->currentDateTime().date(), QDate(2026, 11, 26));
+    EXPECT_EQ(services.clock()->currentDateTime().time(), desk::CDeskServices::preOpenTime());
+    const QStringList months = monthsOf(services, "510050.SH");
+    EXPECT_FALSE(months.contains(QStringLiteral("20261125"))) << "the expired month has left";
+    EXPECT_TRUE(months.contains(QStringLiteral("20270127"))) << "January is listed";
+    EXPECT_EQ(services.exchange()->getRemainDays(QStringLiteral("20261223")), daysToDecember - 1);
+    // The day opens on the history's close of the day before.
+    const market::CMarketDay closed = market::CMarketHistory(7).day(QDate(2026, 11, 25));
+    EXPECT_EQ(services.exchange()->getCodeInfo(QStringLiteral("510050.SH"))->preClosePrice,
+              closed.closes.value(QStringLiteral("510050.SH")));
+
+    desk::MarketState state;
+    ASSERT_EQ(desk::CMarketStateStore(dir.path()).load(state), desk::CMarketStateStore::LoadResult::Loaded);
+    EXPECT_EQ(state.seed, 7U);
+    EXPECT_EQ(state.tradingDate, QDate(2026, 11, 26));
+}
+
+TEST(DeskServices, TheJumpClosesTheDayAndARestartStartsOnTheLaterDay)
+{
+    QTemporaryDir dir;
+    {
+        desk::CDeskServices services(marketConfig(dir.path(), QDateTime(QDate(2026, 11, 27), QTime(10, 0))));
+        QSignalSpy ready(services.exchange(), &TC::CExchangeClient::sigInitDataFinish);
+        services.closeAndAdvance();
+        EXPECT_EQ(ready.count(), 1);
+        // Friday's close leads to Monday's open.
+        EXPECT_EQ(services.tradingDate(), QDate(2026, 11, 30));
+        EXPECT_EQ(services.clock()->currentDateTime(), QDateTime(QDate(2026, 11, 30), desk::CDeskServices::openTime(),
+                                                                  Qt::OffsetFromUTC, 8 * 3600));
+        // The feed of the new day publishes its contracts.
+        EXPECT_TRUE(services.quotes()->getStockPrice(QStringLiteral("510050.SH")));
+    }
+    desk::MarketState state;
+    ASSERT_EQ(desk::CMarketStateStore(dir.path()).load(state), desk::CMarketStateStore::LoadResult::Loaded);
+    EXPECT_EQ(state.tradingDate, QDate(2026, 11, 30));
+    // A restart asked for an earlier day continues where the market was.
+    desk::DeskServicesConfig again = marketConfig(dir.path(), QDateTime(QDate(2026, 11, 27), QTime(10, 0)));
+    again.reachedDate = state.tradingDate;
+    desk::CDeskServices restarted(again);
+    EXPECT_EQ(restarted.tradingDate(), QDate(2026, 11, 30));
+    EXPECT_EQ(restarted.exchange()->tradingDate(), QDate(2026, 11, 30));
 }

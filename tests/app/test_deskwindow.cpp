@@ -15,7 +15,9 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QFile>
+#include <QAction>
 #include <QImage>
+#include <QMenu>
 #include <QTemporaryDir>
 
 namespace {
@@ -236,4 +238,22 @@ TEST_F(DeskWindowTest, ReadyAccountsAreHandedToEveryPanel)
     }
     utils::CSingletonT<TC::SingletonManager>::destroy();
     utils::CSingletonT<TC::CUserManager>::destroy();
+}
+
+TEST_F(DeskWindowTest, TheSimulationMenuClosesTheDayThroughTheHost)
+{
+    desk::CDeskWindow window(recordingFactory(), dir.path(), 20);
+    window.restore();
+    auto* menu = window.findChild<QMenu*>(QStringLiteral("menuSimulation"));
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->title(), QStringLiteral("模拟"));
+    auto* jump = window.findChild<QAction*>(QStringLiteral("actionNextTradingDay"));
+    ASSERT_NE(jump, nullptr);
+    EXPECT_EQ(jump->text(), QStringLiteral("收盘并进入下一交易日"));
+    EXPECT_FALSE(jump->isEnabled()) << "nothing to jump without a market";
+    int jumps = 0;
+    window.setNextTradingDay([&jumps] { ++jumps; });
+    EXPECT_TRUE(jump->isEnabled());
+    jump->trigger();
+    EXPECT_EQ(jumps, 1);
 }

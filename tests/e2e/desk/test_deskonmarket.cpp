@@ -11,8 +11,12 @@
 #include "seam/uievents.h"
 #include "toolkit/caccountscombobox.h"
 #include "toolkit/ccheckbox.h"
+#include "seam/cexchangeclient.h"
 #include "seam/common.h"
+#include "services/market/csimclock.h"
+#include "services/market/csimexchangeclient.h"
 #include "support/testsupport.h"
+#include "toolkit/csimpletextwidget.h"
 #include "toolkit/cuiresource.h"
 #include "toolkit/itradedockablewidget.h"
 
@@ -21,9 +25,12 @@
 #include <QComboBox>
 #include <QDir>
 #include <QDockWidget>
+#include <QAction>
 #include <QImage>
+#include <QLabel>
 #include <QPainter>
 #include <QTemporaryDir>
+#include <QTest>
 
 namespace {
 
@@ -213,4 +220,111 @@ TEST_F(DeskOnMarket, TheBoardStartsOnTheGroupAndTheLadderFollowsAClickedContract
             picture.save(QDir(QString::fromLocal8Bit(keep)).filePath(QStringLiteral("desk-dialog.png")));
         }
     }
+}
+
+TEST(DeskAcrossAClose, TheBoardKeepsItsUnderlyingAndTheExpiredMonthGoes)
+{
+    utils::CSingletonT<WG::CUiResource>::destroy();
+    QTemporaryDir dir;
+    desk::DeskServicesConfig config;
+    config.configDir = dir.path();
+    config.seed = 11;
+    config.quoteRate = 4.0;
+    config.clockSpeed = 0.0;  // the test moves the clock
+    // The November month's last trading day.
+    config.marketStart = QDateTime(QDate(2026, 11, 25), QTime(14, 50));
+    auto services = std::make_unique<desk::CDeskServices>(config);
+    std::vector<std::string> newDates;
+    QObject::connect(services->exchange(), &TC::CExchangeClient::sigNewTradingDate,
+                     [&newDates](const std::string& date) { newDates.push_back(date); });
+    {
+        desk::CDeskWindow window(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+        window.setHostTick([&services] { services->checkTradingDate(); });
+        window.restore();
+        window.show();
+        auto* board = qobject_cast<TC::COptionPriceTPanel*>(window.panel(QStringLiteral("pricet")));
+        ASSERT_NE(board, nullptr);
+        QComboBox* selector = selectorOf(window);
+        ASSERT_NE(selector, nullptr);
+        selector->setCurrentIndex(selector->findData(QStringLiteral("510300.SH"), Qt::UserRole));
+        ASSERT_EQ(selector->currentData(Qt::UserRole).toString(), QStringLiteral("510300.SH"));
+        EXPECT_TRUE(board->getTabDates().values().contains(QStringLiteral("20261125")));
+        // December's tab, to read its days to expiry before and after.
+        const int december = board->getTabDates().key(QStringLiteral("20261223"), -1);
+        ASSERT_GE(december, 0);
+        board->handleEvent(WG::UE_BUTTON_CLICKED, december, 0, QString(), nullptr);
+        const QString daysBefore = board->figureWidget(8)->getText();
+        EXPECT_EQ(daysBefore, QStringLiteral("28"));
+
+        // The clock runs past the close; the desk's tick ends the day.
+        services->clock()->setDateTime(QDateTime(QDate(2026, 11, 25), QTime(15, 10)));
+        QTest::qWait(200);
+        ASSERT_EQ(newDates.size(), 1U);
+        EXPECT_EQ(newDates.front(), "20261126");
+        EXPECT_EQ(selector->currentData(Qt::UserRole).toString(), QStringLiteral("510300.SH"))
+            << "the board stays on the trader's underlying";
+        EXPECT_FALSE(board->getTabDates().values().contains(QStringLiteral("20261125"))) << "the expired month's tab has gone";
+        EXPECT_TRUE(board->getTabDates().values().contains(QStringLiteral("20270127"))) << "the new month has a tab";
+        const int decemberAfter = board->getTabDates().key(QStringLiteral("20261223"), -1);
+        ASSERT_GE(decemberAfter, 0);
+        board->handleEvent(WG::UE_BUTTON_CLICKED, decemberAfter, 0, QString(), nullptr);
+        EXPECT_EQ(board->figureWidget(8)->getText(), QStringLiteral("27")) << "one day nearer to expiry";
+        QTest::qWait(200);
+        EXPECT_EQ(newDates.size(), 1U) << "one new trading day for one close";
+    }
+    services.reset();
+    utils::CSingletonT<WG::CUiResource>::destroy();
+}
+
+TEST(DeskAcrossAClose, TheMenuClosesTheDayAndOpensTheNextOne)
+{
+    utils::CSingletonT<WG::CUiResource>::destroy();
+    QTemporaryDir dir;
+    desk::DeskServicesConfig config;
+    config.configDir = dir.path();
+    config.seed = 11;
+    config.quoteRate = 4.0;
+    config.clockSpeed = 0.0;
+    config.marketStart = QDateTime(QDate(2026, 11, 25), QTime(10, 30));
+    auto services = std::make_unique<desk::CDeskServices>(config);
+    // Pictures of the board before and after, for a look by eye when asked for.
+    const QString shots = qEnvironmentVariable("OPTDESK_SHOT_DIR");
+    {
+        desk::CDeskWindow window(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+        window.setHostTick([&services] { services->checkTradingDate(); });
+        window.setNextTradingDay([&services] { services->closeAndAdvance(); });
+        window.setMarketStatus([&services] { return services->statusText(); });
+        window.restore();
+        window.show();
+        auto* board = qobject_cast<TC::COptionPriceTPanel*>(window.panel(QStringLiteral("pricet")));
+        ASSERT_NE(board, nullptr);
+        QComboBox* selector = selectorOf(window);
+        ASSERT_NE(selector, nullptr);
+        selector->setCurrentIndex(selector->findData(QStringLiteral("159919.SZ"), Qt::UserRole));
+        QTest::qWait(300);
+        if (!shots.isEmpty()) {
+            window.saveScreenshot(QDir(shots).filePath(QStringLiteral("before-jump.png")));
+        }
+        EXPECT_EQ(board->getTabDates().value(24), QStringLiteral("20261125"));
+
+        auto* jump = window.findChild<QAction*>(QStringLiteral("actionNextTradingDay"));
+        ASSERT_NE(jump, nullptr);
+        ASSERT_TRUE(jump->isEnabled());
+        jump->trigger();
+        EXPECT_EQ(services->tradingDate(), QDate(2026, 11, 26));
+        EXPECT_EQ(services->clock()->currentDateTime().time(), desk::CDeskServices::openTime());
+        EXPECT_EQ(selector->currentData(Qt::UserRole).toString(), QStringLiteral("159919.SZ"));
+        EXPECT_EQ(board->getTabDates().value(24), QStringLiteral("20261223")) << "December is the front month now";
+        EXPECT_EQ(board->getCurrentDate(), QStringLiteral("20261223"));
+        QTest::qWait(300);
+        if (!shots.isEmpty()) {
+            window.saveScreenshot(QDir(shots).filePath(QStringLiteral("after-jump.png")));
+        }
+        // The status bar tells the new day.
+        auto* status = window.findChild<QLabel*>(QStringLiteral("marketStatus"));
+        ASSERT_NE(status, nullptr);
+        EXPECT_TRUE(status->text().contains(QStringLiteral("2026-11-26 09:30"))) << status->text().toStdString();
+    }
+    services.reset();
+    utils::CSingletonT<WG::CUiResource>::destroy();
 }

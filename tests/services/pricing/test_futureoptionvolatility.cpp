@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <QDate>
 
 #include <cmath>
@@ -66,8 +68,11 @@ TEST(FutureOptionVolatility, Black76PricesReadBackTheirVolatilityForCallsAndPuts
         for (const double sigma : {0.12, 0.20, 0.35}) {
             // The price the exchange's model gives, discounted at the rate the instrument states.
             const double price = pricing::black76Price(d.call ? OptionType::Call : OptionType::Put, F, K, T, rate, sigma);
-            if (price < 0.5 * d.priceTick || T <= 0.0) {
-                continue;  // below a tick there is nothing to solve
+            // Below a tick of time value there is nothing to solve: a strike listed long
+            // ago that the future has since left far behind trades at its intrinsic value.
+            const double intrinsic = std::max(0.0, d.call ? F - K : K - F);
+            if (price - intrinsic < d.priceTick || T <= 0.0) {
+                continue;
             }
             const double implied = d.call ? calculator.calcCallImpliedVolatility(F, K, c.days, 0, rate, price, 1.5)
                                           : calculator.calcPutImpliedVolatility(F, K, c.days, 0, rate, price, 1.5);
@@ -95,8 +100,10 @@ TEST(FutureOptionVolatility, AmericanPricesOfTheMarketReadBackAsWell)
         }
         const OptionType type = d.call ? OptionType::Call : OptionType::Put;
         const double american = pricing::americanPrice(type, c.futurePrice, d.exercisePrice, T, rate, 0.0, 0.2);
-        if (american < 0.5 * d.priceTick) {
-            continue;
+        const double intrinsic =
+            std::max(0.0, d.call ? c.futurePrice - d.exercisePrice : d.exercisePrice - c.futurePrice);
+        if (american - intrinsic < d.priceTick) {
+            continue;  // no time value to solve, as above
         }
         const double implied =
             d.call ? calculator.calcCallImpliedVolatility(c.futurePrice, d.exercisePrice, c.days, 0, rate, american, 1.5)
