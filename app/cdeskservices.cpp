@@ -263,6 +263,9 @@ void CDeskServices::rollTo(const QDate& date, const QTime& startsAt)
         m_exchange->setTradingDate(date);
     }
     startFeed();
+    if (m_broker) {
+        m_broker->subscribeQuotes();  // the new month's contracts trade on paper too
+    }
     emit m_exchange->sigNewTradingDate(m_exchange->getTradingDate());
     emit m_exchange->sigInitDataFinish();
     NQ_LOG_INFO(fmt::format(FMT_STRING("trading day {0} closed, the market moves on to {1}"),

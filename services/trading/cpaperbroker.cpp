@@ -104,26 +104,36 @@ bool CPaperBroker::start(QString* report)
     }
     apply(opening, CommandDone());
     m_thread = std::thread([this] { run(); });
-    if (m_config.quotes != nullptr && m_config.exchange != nullptr) {
-        // The book of every instrument: options to match against, underlyings
-        // to value the ETF holdings. The snapshot cached by the client comes at once.
-        for (const QString& key : m_config.exchange->getAllCodes()) {
-            auto request = TC::CQuoteRequest::makeHandicapRequest(
-                key, [this](boost::shared_ptr<TC::CPriceData>& data) { feedQuote(data); }, TC::ST_DEFAULT);
-            if (request) {
-                m_quoteRequests.push_back(request);
-            }
-        }
-    }
+    subscribeQuotes();
     NQ_LOG_INFO(fmt::format("paper broker: {0} accounts, {1} working orders, ledger {2}",
                             accountKeys().size(), workingOrderCount(), m_config.ledgerPath.toStdString()));
     return true;
+}
+
+void CPaperBroker::subscribeQuotes()
+{
+    if (m_config.quotes == nullptr || m_config.exchange == nullptr) {
+        return;
+    }
+    // The book of every instrument: options to match against, underlyings to
+    // value the ETF holdings. The snapshot cached by the client comes at once.
+    for (const QString& key : m_config.exchange->getAllCodes()) {
+        if (!m_subscribedKeys.insert(key).second) {
+            continue;
+        }
+        auto request = TC::CQuoteRequest::makeHandicapRequest(
+            key, [this](boost::shared_ptr<TC::CPriceData>& data) { feedQuote(data); }, TC::ST_DEFAULT);
+        if (request) {
+            m_quoteRequests.push_back(request);
+        }
+    }
 }
 
 void CPaperBroker::stop()
 {
     // Quote callbacks end before the thread they feed.
     m_quoteRequests.clear();
+    m_subscribedKeys.clear();
     {
         std::lock_guard<std::mutex> lock(m_queueMutex);
         if (m_stopping && !m_thread.joinable()) {

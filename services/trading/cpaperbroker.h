@@ -16,6 +16,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <set>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -60,6 +61,9 @@ public:
     // the quotes and starts the thread. report tells of a damaged ledger set aside.
     bool start(QString* report);
     void stop();
+    // Subscribes the book of every instrument the exchange lists and the broker
+    // does not follow yet (a new trading day lists new contracts).
+    void subscribeQuotes();
 
     // --- inputs, from any thread; they return at once -------------------------
     void submit(const nqservice::COrderComandParam& command, CommandDone done = CommandDone());
@@ -151,6 +155,7 @@ private:
     std::mutex m_handlerMutex;
     RefusalHandler m_refusalHandler;
     std::vector<boost::shared_ptr<TC::CQuoteRequest>> m_quoteRequests;
+    std::set<QString> m_subscribedKeys;
     std::atomic<long long> m_processed{0};
     std::atomic<long long> m_failedCommits{0};
 };
