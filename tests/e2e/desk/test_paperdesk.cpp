@@ -114,3 +114,56 @@ TEST(PaperDesk, TheKillSwitchRefusesNewCommands)
 }
 
 }  // namespace
+
+namespace {
+
+TEST(PaperDesk, APositionCarriesIntoTheNextTradingDay)
+{
+    QTemporaryDir dir;
+    auto services = startDesk(dir.path());
+    // A contract of the second month: it is still listed tomorrow.
+    TC::CExchangeClient* exchange = utils::CManualSingletonT<TC::CExchangeClient>::instance();
+    QMap<QString, QMap<QString, QStringList>> chains;
+    exchange->getStockOptionMap(chains);
+    const auto months = chains.value(QStringLiteral("510050.SH"));
+    ASSERT_GE(months.size(), 2);
+    std::shared_ptr<nqservice::CInstrumentDetail> contract;
+    const QStringList second = *std::next(months.begin());
+    for (const QString& key : second) {
+        const auto detail = exchange->getCodeInfo(key);
+        if (detail && detail->call && !detail->adjusted) {
+            contract = detail;
+            break;
+        }
+    }
+    ASSERT_TRUE(contract);
+    auto command = boost::make_shared<nqservice::COrderComandParam>();
+    command->params = {opponentOrder("SO001", *contract, nqservice::OT_BUY_OPEN, 2)};
+    utils::CManualSingletonT<TC::COvCommandCenter>::instance()->createCommand(command, TC::COvCommandCenter::CommandCallback(),
+                                                                            true, 0);
+    ASSERT_TRUE(testsupport::waitUntil([&] { return volumeOf("SO001", contract->code) == 2; }, 10000));
+    EXPECT_EQ(positionOf("SO001", contract->code)->todayPosition, 2);
+    const QDate before = services->tradingDate();
+
+    services->closeAndAdvance();
+    ASSERT_GT(services->tradingDate(), before);
+    // The broker starts the new day as its clock crosses into it: today's volume
+    // becomes yesterday's, yesterday's orders and deals leave the day's tables.
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] {
+            const auto pos = positionOf("SO001", contract->code);
+            return pos && pos->todayPosition == 0 &&
+                   rows<nqservice::COrderDetail>("SO001", nqservice::VQ_DATA_TYPE_ORDER).empty();
+        },
+        10000));
+    EXPECT_EQ(volumeOf("SO001", contract->code), 2);
+    EXPECT_EQ(exchange->getCodeInfo(QString::fromStdString(contract->key()))->exercisePrice, contract->exercisePrice)
+        << "the code names the same contract on the new day";
+    // And it can be closed on the new day.
+    command->params = {opponentOrder("SO001", *contract, nqservice::OT_SELL_CLOSE, 2)};
+    utils::CManualSingletonT<TC::COvCommandCenter>::instance()->createCommand(command, TC::COvCommandCenter::CommandCallback(),
+                                                                            true, 0);
+    EXPECT_TRUE(testsupport::waitUntil([&] { return volumeOf("SO001", contract->code) == 0; }, 10000));
+}
+
+}  // namespace
