@@ -327,7 +327,17 @@ void CPaperBroker::run()
                 m_idle.notify_all();
                 return;
             }
-            tasks.swap(m_tasks);
+            // At most a bounded batch a turn: a burst of thousands of inputs
+            // must not hold all their results (and the thread) at once.
+            constexpr std::size_t kMaxBatch = 512;
+            if (m_tasks.size() <= kMaxBatch) {
+                tasks.swap(m_tasks);
+            } else {
+                for (std::size_t i = 0; i < kMaxBatch; ++i) {
+                    tasks.push_back(std::move(m_tasks.front()));
+                    m_tasks.pop_front();
+                }
+            }
             quotes.reserve(m_pendingOrder.size());
             for (const std::string& key : m_pendingOrder) {
                 quotes.push_back(m_pendingQuotes[key]);
