@@ -236,8 +236,9 @@ void CDeskWindow::placeTradingDocks()
     m_accountsDock->show();
     m_messageDock->show();
     m_accountsDock->raise();
-    // Room for a few rows by default; a saved layout brings the trader's own height.
-    resizeDocks({m_accountsDock}, {240}, Qt::Vertical);
+    // Room for a few rows by default, the rest for the chain above (whose Greeks
+    // pane takes 400 px of it); a saved layout brings the trader's own height.
+    resizeDocks({m_accountsDock}, {160}, Qt::Vertical);
 }
 
 bool CDeskWindow::stateNamesDock(const QByteArray& state, const QString& objectName)

@@ -33,6 +33,9 @@
 #include <gtest/gtest.h>
 
 #include <QComboBox>
+#include <QDir>
+#include <QPainter>
+#include <QTabWidget>
 #include <QLineEdit>
 #include <QTemporaryDir>
 
@@ -166,6 +169,27 @@ TEST_F(PaperOrders, BuyThreeSellOneNetsTwoOnTheBoardAndInTheGreeksPane)
     const double calculated = greeks->itemText(0, 1).toDouble();
     EXPECT_GT(calculated, 0.0);
     EXPECT_LT(calculated, 2.0);
+    // Where the desk is worth a look: the board with its positions, the Greeks
+    // pane, the accounts dock and the order dialog, in both themes.
+    const QString keep = qEnvironmentVariable("OPTDESK_SHOT_DIR");
+    if (!keep.isEmpty()) {
+        for (const QString& theme : {QStringLiteral("dark"), QStringLiteral("light")}) {
+            window->applyTheme(theme);
+            window->accounts()->tabs()->setCurrentIndex(2);
+            testsupport::waitUntil([] { return false; }, 600);
+            window->saveScreenshot(QDir(keep).filePath(QStringLiteral("positions-%1.png").arg(theme)));
+            table->handleEvent(WG::UE_BUTTON_CLICKED, row * 100 + 4, 0, QString(), nullptr);
+            if (QWidget* dialog = table->getOrderDialog()) {
+                testsupport::waitUntil([] { return false; }, 300);
+                QPixmap picture = window->grab();
+                QPainter painter(&picture);
+                painter.drawPixmap(420, 200, dialog->grab());
+                painter.end();
+                picture.save(QDir(keep).filePath(QStringLiteral("dialog-%1.png").arg(theme)));
+                dialog->close();
+            }
+        }
+    }
 }
 
 TEST_F(PaperOrders, TheLadderOrdersOverTheGroupByWeightAndCancelsByPrice)
