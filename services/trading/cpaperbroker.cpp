@@ -191,11 +191,11 @@ void CPaperBroker::cancel(const std::string& accountKey, const std::string& orde
         std::move(done));
 }
 
-void CPaperBroker::terminateTask(int accountId, int taskId, const std::string& userName, CommandDone done)
+void CPaperBroker::postTermination(std::function<PaperResult(CPaperBrokerCore&)> stop, CommandDone done)
 {
     post(
-        [=](CPaperBrokerCore& core) {
-            PaperResult result = core.terminateTask(accountId, taskId, userName);
+        [stop](CPaperBrokerCore& core) {
+            PaperResult result = stop(core);
             if (!result.accepted()) {
                 result.refusal = "终止任务失败: " + result.refusal;
             }
@@ -204,17 +204,15 @@ void CPaperBroker::terminateTask(int accountId, int taskId, const std::string& u
         std::move(done));
 }
 
+void CPaperBroker::terminateTask(int accountId, int taskId, const std::string& userName, CommandDone done)
+{
+    postTermination([=](CPaperBrokerCore& core) { return core.terminateTask(accountId, taskId, userName); },
+                    std::move(done));
+}
+
 void CPaperBroker::terminateTask(const std::string& serverKey, const std::string& userName, CommandDone done)
 {
-    post(
-        [=](CPaperBrokerCore& core) {
-            PaperResult result = core.terminateTask(serverKey, userName);
-            if (!result.accepted()) {
-                result.refusal = "终止任务失败: " + result.refusal;
-            }
-            return result;
-        },
-        std::move(done));
+    postTermination([=](CPaperBrokerCore& core) { return core.terminateTask(serverKey, userName); }, std::move(done));
 }
 
 void CPaperBroker::feedQuote(const boost::shared_ptr<TC::CPriceData>& quote)

@@ -117,6 +117,7 @@ private:
     using Task = std::function<PaperResult(CPaperBrokerCore&)>;
 
     void post(Task task, CommandDone done);
+    void postTermination(std::function<PaperResult(CPaperBrokerCore&)> stop, CommandDone done);
     void run();
     void apply(PaperResult& result, const CommandDone& done);
     // Commits the changes of several inputs in one transaction, then publishes

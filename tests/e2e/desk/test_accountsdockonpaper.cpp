@@ -20,6 +20,8 @@
 #include "toolkit/cbasetablecolumnpushbuttondelegate.h"
 #include "toolkit/cuiresource.h"
 
+#include "e2e/desk/deskfixture.h"
+
 #include <gtest/gtest.h>
 
 #include <QAction>
@@ -50,28 +52,16 @@ bool send(const std::shared_ptr<nqservice::CInstrumentDetail>& option, nqservice
         nqservice::VQ_STOP_LOSS_NONE, false, true, TC::COvCommandCenter::CommandCallback(), bson::BSONObj(), "");
 }
 
-class AccountsDockOnPaper : public testing::Test {
+class AccountsDockOnPaper : public deskfixture::DeskTest {
 protected:
     void SetUp() override
     {
-        utils::CSingletonT<WG::CUiResource>::destroy();
-        desk::DeskServicesConfig config;
-        config.configDir = dir.path();
-        config.seed = 11;
-        config.quoteRate = 4.0;
-        config.marketStart = QDateTime(QDate(2026, 11, 23), QTime(10, 0));
-        services = std::make_unique<desk::CDeskServices>(config);
+        DeskTest::SetUp();
         window = std::make_unique<desk::CDeskWindow>(desk::CPanelFactory(), dir.path(), 50);
         window->setTradingHaltHandler([this](bool halted) { services->setTradingHalted(halted); });
         window->restore();
         window->resize(2200, 700);
         window->show();
-    }
-    void TearDown() override
-    {
-        window.reset();
-        services.reset();
-        utils::CSingletonT<WG::CUiResource>::destroy();
     }
     desk::CAccountsDock* dock() const { return window->accounts(); }
     desk::CMessagesModel* messages() const
@@ -88,8 +78,6 @@ protected:
         return false;
     }
 
-    QTemporaryDir dir;
-    std::unique_ptr<desk::CDeskServices> services;
     std::unique_ptr<desk::CDeskWindow> window;
 };
 

@@ -20,6 +20,8 @@
 #include "toolkit/cuiresource.h"
 #include "toolkit/itradedockablewidget.h"
 
+#include "e2e/desk/deskfixture.h"
+
 #include <gtest/gtest.h>
 
 #include <QComboBox>
@@ -48,26 +50,7 @@ QComboBox* selectorOf(desk::CDeskWindow& window)
     return nullptr;
 }
 
-class DeskOnMarket : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        utils::CSingletonT<WG::CUiResource>::destroy();
-        desk::DeskServicesConfig config;
-        config.configDir = dir.path();
-        config.seed = 11;
-        config.quoteRate = 4.0;
-        config.marketStart = QDateTime(QDate(2026, 11, 23), QTime(10, 0));
-        services = std::make_unique<desk::CDeskServices>(config);
-    }
-    void TearDown() override
-    {
-        services.reset();
-        utils::CSingletonT<WG::CUiResource>::destroy();
-    }
-    QTemporaryDir dir;
-    std::unique_ptr<desk::CDeskServices> services;
-};
+class DeskOnMarket : public deskfixture::DeskTest {};
 
 }  // namespace
 
@@ -226,10 +209,7 @@ TEST(DeskAcrossAClose, TheBoardKeepsItsUnderlyingAndTheExpiredMonthGoes)
 {
     utils::CSingletonT<WG::CUiResource>::destroy();
     QTemporaryDir dir;
-    desk::DeskServicesConfig config;
-    config.configDir = dir.path();
-    config.seed = 11;
-    config.quoteRate = 4.0;
+    desk::DeskServicesConfig config = deskfixture::config(dir.path());
     config.clockSpeed = 0.0;  // the test moves the clock
     // The November month's last trading day.
     config.marketStart = QDateTime(QDate(2026, 11, 25), QTime(14, 50));
@@ -280,10 +260,7 @@ TEST(DeskAcrossAClose, TheMenuClosesTheDayAndOpensTheNextOne)
 {
     utils::CSingletonT<WG::CUiResource>::destroy();
     QTemporaryDir dir;
-    desk::DeskServicesConfig config;
-    config.configDir = dir.path();
-    config.seed = 11;
-    config.quoteRate = 4.0;
+    desk::DeskServicesConfig config = deskfixture::config(dir.path());
     config.clockSpeed = 0.0;
     config.marketStart = QDateTime(QDate(2026, 11, 25), QTime(10, 30));
     auto services = std::make_unique<desk::CDeskServices>(config);

@@ -7,6 +7,7 @@
 #include "seam/trading.h"
 #include "seam/user.h"
 #include "services/trading/cpaperbroker.h"
+#include "e2e/desk/deskfixture.h"
 #include "e2e/desk/paperdesk.h"
 #include "support/testsupport.h"
 
@@ -22,12 +23,7 @@ using namespace paperdesk;
 
 std::unique_ptr<desk::CDeskServices> startDesk(const QString& dir)
 {
-    desk::DeskServicesConfig config;
-    config.configDir = dir;
-    config.seed = 11;
-    config.quoteRate = 4.0;
-    config.marketStart = QDateTime(QDate(2026, 11, 23), QTime(10, 0));
-    return std::make_unique<desk::CDeskServices>(config);
+    return std::make_unique<desk::CDeskServices>(deskfixture::config(dir));
 }
 
 TEST(PaperDesk, AnOrderFillsShowsAndSurvivesARestart)

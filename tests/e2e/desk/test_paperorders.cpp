@@ -30,6 +30,8 @@
 #include "toolkit/cmessagebox.h"
 #include "toolkit/cuiresource.h"
 
+#include "e2e/desk/deskfixture.h"
+
 #include <gtest/gtest.h>
 
 #include <QComboBox>
@@ -52,17 +54,11 @@ std::vector<boost::shared_ptr<nqservice::COrderDetail>> ordersOf(const std::stri
 }
 
 
-class PaperOrders : public testing::Test {
+class PaperOrders : public deskfixture::DeskTest {
 protected:
     void SetUp() override
     {
-        utils::CSingletonT<WG::CUiResource>::destroy();
-        desk::DeskServicesConfig config;
-        config.configDir = dir.path();
-        config.seed = 11;
-        config.quoteRate = 4.0;
-        config.marketStart = QDateTime(QDate(2026, 11, 23), QTime(10, 0));
-        services = std::make_unique<desk::CDeskServices>(config);
+        DeskTest::SetUp();
         window = std::make_unique<desk::CDeskWindow>(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
         window->restore(QStringLiteral("dark"));
         window->resize(1440, 900);
@@ -75,12 +71,6 @@ protected:
         ASSERT_TRUE(call);
         row = table->rowOfCode(QString::fromStdString(call->key()));
         ASSERT_GE(row, 0);
-    }
-    void TearDown() override
-    {
-        window.reset();
-        services.reset();
-        utils::CSingletonT<WG::CUiResource>::destroy();
     }
 
     // Presses the row's "开" of buying the call, sets a limit at the limit-up
@@ -106,9 +96,6 @@ protected:
     }
     std::size_t allOrders() { return ordersOf("SO001").size() + ordersOf("SO002").size(); }
 
-    QTemporaryDir dir;
-    std::unique_ptr<desk::CDeskServices> services;
-    std::unique_ptr<desk::CDeskWindow> window;
     TC::COptionPriceTPanel* board = nullptr;
     TC::COptionPriceTTable* table = nullptr;
     std::shared_ptr<nqservice::CInstrumentDetail> call;

@@ -15,6 +15,8 @@
 #include "toolkit/csimpletextwidget.h"
 #include "toolkit/cuiresource.h"
 
+#include "e2e/desk/deskfixture.h"
+
 #include <gtest/gtest.h>
 
 #include <QDockWidget>
@@ -24,23 +26,8 @@ namespace {
 
 using S = TC::CPriceQuoteSchema;
 
-class PriceQuoteOnDesk : public testing::Test {
+class PriceQuoteOnDesk : public deskfixture::DeskTest {
 protected:
-    void SetUp() override
-    {
-        utils::CSingletonT<WG::CUiResource>::destroy();
-        desk::DeskServicesConfig config;
-        config.configDir = dir.path();
-        config.seed = 11;
-        config.quoteRate = 4.0;
-        config.marketStart = QDateTime(QDate(2026, 11, 23), QTime(10, 0));
-        services = std::make_unique<desk::CDeskServices>(config);
-    }
-    void TearDown() override
-    {
-        services.reset();
-        utils::CSingletonT<WG::CUiResource>::destroy();
-    }
     static TC::COptionPriceQuotePanel* quotePanel(desk::CDeskWindow& window)
     {
         return qobject_cast<TC::COptionPriceQuotePanel*>(window.panel(QStringLiteral("pricequote")));
@@ -58,8 +45,6 @@ protected:
         }
         return false;
     }
-    QTemporaryDir dir;
-    std::unique_ptr<desk::CDeskServices> services;
 };
 
 TEST_F(PriceQuoteOnDesk, ATabBesideTheBoardsIdleUntilBroughtToTheFront)
