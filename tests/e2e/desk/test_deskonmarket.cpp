@@ -191,6 +191,10 @@ TEST_F(DeskOnMarket, TheBoardStartsOnTheGroupAndTheLadderFollowsAClickedContract
     if (const char* keep = std::getenv("OPTDESK_KEEP_SCREENSHOTS")) {
         testsupport::waitUntil([] { return false; }, 600);
         window.grab().save(QDir(QString::fromLocal8Bit(keep)).filePath(QStringLiteral("desk-ladder.png")));
+        window.applyTheme(QStringLiteral("light"));
+        testsupport::waitUntil([] { return false; }, 300);
+        window.grab().save(QDir(QString::fromLocal8Bit(keep)).filePath(QStringLiteral("desk-ladder-light.png")));
+        window.applyTheme(QStringLiteral("dark"));
         board->getChainTable()->handleEvent(WG::UE_BUTTON_CLICKED, 2 * 100 + 4, 0, QString(), nullptr);
         testsupport::waitUntil([] { return false; }, 300);
         if (QWidget* dialog = board->getChainTable()->getOrderDialog()) {
