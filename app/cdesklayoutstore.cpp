@@ -121,7 +121,13 @@ bool CDeskLayoutStore::save(const DeskLayout& layout, QString* error) const
     }
     root.insert(QStringLiteral("underlyings"), underlyings);
 
-    QSaveFile file(filePath());
+    return writeJson(filePath(), root, error);
+}
+
+bool CDeskLayoutStore::writeJson(const QString& path, const QJsonObject& root, QString* error)
+{
+    // Written beside and renamed over: a crash mid-write leaves the old file whole.
+    QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         if (error != nullptr) {
             *error = file.errorString();

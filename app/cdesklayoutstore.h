@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -32,6 +33,8 @@ public:
 
     // Creates the directory if needed and proves it writable; error says why not.
     static bool ensureWritableDir(const QString& dir, QString* error);
+    // Writes a JSON document atomically (QSaveFile); false with the reason otherwise.
+    static bool writeJson(const QString& path, const QJsonObject& root, QString* error);
 
 private:
     QString m_dir;

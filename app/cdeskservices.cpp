@@ -164,18 +164,18 @@ void CDeskServices::startBroker(const DeskServicesConfig& config, TC::CUserConfi
             if (!account) {
                 continue;
             }
-            trading::PaperAccountSpec spec;
-            spec.info = account->toInfo();
-            spec.cash = openingCash(account->accountType);
+            trading::PaperAccountTerms terms;
+            terms.info = account->toInfo();
+            terms.cash = openingCash(account->accountType);
             if (account->accountType == nqservice::VQ_BROKER_TYPE_STOCK_OPTION) {
                 // ETF shares for covered calls: 100,000 of 50ETF and of 300ETF.
-                spec.holdings = {{utils::vqStockKey("SH", "510050"), 100000}, {utils::vqStockKey("SH", "510300"), 100000}};
+                terms.holdings = {{utils::vqStockKey("SH", "510050"), 100000}, {utils::vqStockKey("SH", "510300"), 100000}};
                 // The first stock-option account's gateway answers volume requests itself.
                 if (brokerAnswered.empty()) {
                     brokerAnswered.insert(account->key().toStdString());
                 }
             }
-            brokerConfig.accounts.push_back(spec);
+            brokerConfig.accounts.push_back(terms);
         }
     }
     m_broker = std::make_unique<trading::CPaperBroker>(brokerConfig);
@@ -202,9 +202,9 @@ void CDeskServices::startBroker(const DeskServicesConfig& config, TC::CUserConfi
         new trading::CPaperLoginService(m_broker.get()));
     m_tradeClient->setBroker(m_broker.get());
     // The paper accounts log in at once, each reported as a gateway reports it.
-    for (const trading::PaperAccountSpec& spec : brokerConfig.accounts) {
-        m_broker->setLoggedIn(spec.info->getKey(), true);
-        m_tradeClient->reportLogin(spec.info, nqservice::BLS_READY);
+    for (const trading::PaperAccountTerms& terms : brokerConfig.accounts) {
+        m_broker->setLoggedIn(terms.info->getKey(), true);
+        m_tradeClient->reportLogin(terms.info, nqservice::BLS_READY);
     }
     m_broker->flush();
 }

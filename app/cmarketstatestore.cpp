@@ -1,5 +1,7 @@
 #include "app/cmarketstatestore.h"
 
+#include "app/cdesklayoutstore.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
@@ -57,21 +59,7 @@ bool CMarketStateStore::save(const MarketState& state, QString* error) const
     root.insert(QStringLiteral("version"), kStateVersion);
     root.insert(QStringLiteral("seed"), static_cast<double>(state.seed));
     root.insert(QStringLiteral("tradingDate"), state.tradingDate.toString(Qt::ISODate));
-    QSaveFile file(filePath());
-    if (!file.open(QIODevice::WriteOnly)) {
-        if (error != nullptr) {
-            *error = file.errorString();
-        }
-        return false;
-    }
-    file.write(QJsonDocument(root).toJson(QJsonDocument::Indented));
-    if (!file.commit()) {
-        if (error != nullptr) {
-            *error = file.errorString();
-        }
-        return false;
-    }
-    return true;
+    return CDeskLayoutStore::writeJson(filePath(), root, error);
 }
 
 QString CMarketStateStore::seedMismatchText(const QString& configDir, unsigned stored, unsigned asked)

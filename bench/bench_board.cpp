@@ -16,6 +16,7 @@
 #include "services/market/csimquoteclient.h"
 #include "services/pricing/cgreekandoptionscalculator.h"
 #include "services/user/cusersettingsstore.h"
+#include "bench/marketrig.h"
 #include "bench/widgetbench.h"
 
 #include <benchmark/benchmark.h>
@@ -31,35 +32,12 @@
 
 namespace {
 
-class CSteppedClock : public TC::CTimeService {
-public:
-    explicit CSteppedClock(long long ms) : m_ms(ms) {}
-    long long currentTime() const override { return m_ms; }
-    void advance(long long ms) { m_ms += ms; }
-
-private:
-    long long m_ms;
-};
-
 // The desk's services on the generated universe, a shown board on 50ETF with
 // every expiry subscribed, and two rounds of snapshots of every 50ETF option.
-class CBoardRig {
+class CBoardRig : public benchrig::CMarketRig {
 public:
     CBoardRig()
     {
-        const QDate date(2026, 11, 20);
-        clock = new CSteppedClock(QDateTime(date, QTime(10, 30), QTimeZone(8 * 3600)).toMSecsSinceEpoch());
-        utils::CManualSingletonT<TC::CTimeService>::install(clock);
-        exchange = utils::CManualSingletonT<TC::CExchangeClient>::create<market::CSimExchangeClient>(7u, date, clock);
-        quotes = utils::CManualSingletonT<TC::CQuoteClient>::create<market::CSimQuoteClient>(clock, false);
-        market::CSimMarketConfig config;
-        config.seed = 7;
-        config.clock = clock;
-        quotes->attachFeed(std::make_unique<market::CSimMarket>(exchange->instruments(), quotes, config));
-        nqservice::GreekAndOptionsCalculator::setInstance(boost::make_shared<pricing::CGreekAndOptionsCalculator>());
-        utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(new TC::CUserSettingsStore(configDir.path()));
-        quotes->feed()->publishRound();
-
         panel = std::make_unique<TC::COptionPriceTPanel>(1, nullptr);
         panel->resize(1900, 900);
         panel->show();
@@ -67,32 +45,13 @@ public:
         panel->getUndlCombo()->setCurrentIndex(panel->getUndlCombo()->findText(QStringLiteral("510050.SH")));
         QCoreApplication::processEvents();
 
-        QMap<QString, QMap<QString, QStringList>> map;
-        exchange->getStockOptionMap(map);
-        const QMap<QString, QStringList> dates = map.value(QStringLiteral("510050.SH"));
-        for (auto it = dates.constBegin(); it != dates.constEnd(); ++it) {
-            codes << it.value();
-        }
-        for (int round = 0; round < 2; ++round) {
-            clock->advance(3000);
-            std::vector<boost::shared_ptr<TC::CPriceData>>& set = round == 0 ? setA : setB;
-            for (const QString& code : codes) {
-                set.push_back(quotes->feed()->makeSnapshot(code));
-            }
-        }
+        codes = optionsOf50Etf(false);
+        makeRounds();
         // Drain what the subscriptions delivered while setting up.
         panel->onTimer(TC::TUF_QUOTE);
         QCoreApplication::processEvents();
     }
-    ~CBoardRig()
-    {
-        panel.reset();
-        utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(nullptr);
-        nqservice::GreekAndOptionsCalculator::setInstance(nullptr);
-        utils::CManualSingletonT<TC::CQuoteClient>::destroy();
-        utils::CManualSingletonT<TC::CExchangeClient>::destroy();
-        utils::CManualSingletonT<TC::CTimeService>::destroy();
-    }
+    ~CBoardRig() override { panel.reset(); }
     void buffer(bool first)
     {
         for (const auto& data : first ? setA : setB) {
@@ -100,14 +59,7 @@ public:
         }
     }
 
-    QTemporaryDir configDir;
-    CSteppedClock* clock = nullptr;
-    market::CSimExchangeClient* exchange = nullptr;
-    market::CSimQuoteClient* quotes = nullptr;
     std::unique_ptr<TC::COptionPriceTPanel> panel;
-    QStringList codes;
-    std::vector<boost::shared_ptr<TC::CPriceData>> setA;
-    std::vector<boost::shared_ptr<TC::CPriceData>> setB;
 };
 
 // One quote into the panel's buffer, as the quote client's thread delivers it:

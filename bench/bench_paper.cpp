@@ -45,7 +45,7 @@ struct Figures {
 };
 Figures g_figures;
 
-trading::PaperAccountSpec richFutures()
+trading::PaperAccountTerms richFutures()
 {
     return futureAccount("FO001", 1e12);
 }

@@ -3,6 +3,7 @@
 // with the repaint for reference), the cell operations a paint makes and the
 // heap allocations they cost, and whether ten thousand ticks make widgets or
 // memory grow.
+#include "bench/marketrig.h"
 #include "bench/widgetbench.h"
 #include "positions/chpfpricequotedata.h"
 #include "positions/chpfpricequotedatamodel.h"
@@ -63,35 +64,12 @@ void* realloc(void* pointer, std::size_t size)
 
 namespace {
 
-class CSteppedClock : public TC::CTimeService {
-public:
-    explicit CSteppedClock(long long ms) : m_ms(ms) {}
-    long long currentTime() const override { return m_ms; }
-    void advance(long long ms) { m_ms += ms; }
-
-private:
-    long long m_ms;
-};
-
 // The desk's services on the generated universe, a shown quote panel on
 // 50ETF's calls, and two rounds of snapshots of every 50ETF call.
-class CQuoteRig {
+class CQuoteRig : public benchrig::CMarketRig {
 public:
     CQuoteRig()
     {
-        const QDate date(2026, 11, 20);
-        clock = new CSteppedClock(QDateTime(date, QTime(10, 30), QTimeZone(8 * 3600)).toMSecsSinceEpoch());
-        utils::CManualSingletonT<TC::CTimeService>::install(clock);
-        exchange = utils::CManualSingletonT<TC::CExchangeClient>::create<market::CSimExchangeClient>(7u, date, clock);
-        quotes = utils::CManualSingletonT<TC::CQuoteClient>::create<market::CSimQuoteClient>(clock, false);
-        market::CSimMarketConfig config;
-        config.seed = 7;
-        config.clock = clock;
-        quotes->attachFeed(std::make_unique<market::CSimMarket>(exchange->instruments(), quotes, config));
-        nqservice::GreekAndOptionsCalculator::setInstance(boost::make_shared<pricing::CGreekAndOptionsCalculator>());
-        utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(new TC::CUserSettingsStore(configDir.path()));
-        quotes->feed()->publishRound();
-
         panel = std::make_unique<TC::COptionPriceQuotePanel>(1, nullptr);
         panel->resize(1900, 900);
         panel->show();
@@ -100,35 +78,12 @@ public:
         combo->setCurrentIndex(combo->findText(QStringLiteral("510050.SH")));
         QCoreApplication::processEvents();
 
-        QMap<QString, QMap<QString, QStringList>> map;
-        exchange->getStockOptionMap(map);
-        const QMap<QString, QStringList> months = map.value(QStringLiteral("510050.SH"));
-        for (auto it = months.constBegin(); it != months.constEnd(); ++it) {
-            for (const QString& code : it.value()) {
-                if (exchange->isCall(exchange->getCodeInfo(code))) {
-                    codes << code;
-                }
-            }
-        }
-        for (int round = 0; round < 2; ++round) {
-            clock->advance(3000);
-            std::vector<boost::shared_ptr<TC::CPriceData>>& set = round == 0 ? setA : setB;
-            for (const QString& code : codes) {
-                set.push_back(quotes->feed()->makeSnapshot(code));
-            }
-        }
+        codes = optionsOf50Etf(true);
+        makeRounds();
         panel->onTimer(TC::TUF_QUOTE);
         QCoreApplication::processEvents();
     }
-    ~CQuoteRig()
-    {
-        panel.reset();
-        utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(nullptr);
-        nqservice::GreekAndOptionsCalculator::setInstance(nullptr);
-        utils::CManualSingletonT<TC::CQuoteClient>::destroy();
-        utils::CManualSingletonT<TC::CExchangeClient>::destroy();
-        utils::CManualSingletonT<TC::CTimeService>::destroy();
-    }
+    ~CQuoteRig() override { panel.reset(); }
     void buffer(bool first)
     {
         for (boost::shared_ptr<TC::CPriceData> data : first ? setA : setB) {
@@ -136,14 +91,7 @@ public:
         }
     }
 
-    QTemporaryDir configDir;
-    CSteppedClock* clock = nullptr;
-    market::CSimExchangeClient* exchange = nullptr;
-    market::CSimQuoteClient* quotes = nullptr;
     std::unique_ptr<TC::COptionPriceQuotePanel> panel;
-    QStringList codes;
-    std::vector<boost::shared_ptr<TC::CPriceData>> setA;
-    std::vector<boost::shared_ptr<TC::CPriceData>> setB;
 };
 
 // One tick with a fresh buffered quote of every 50ETF call, all months. The

@@ -82,8 +82,8 @@ bool CPaperBroker::start(QString* report)
             meta, &error);
         m_core->setMeta(meta);
         m_core->finishRestore();
-        for (const PaperAccountSpec& spec : m_config.accounts) {
-            m_core->openAccount(spec, opening);
+        for (const PaperAccountTerms& terms : m_config.accounts) {
+            m_core->openAccount(terms, opening);
         }
         if (m_config.clock != nullptr) {
             PaperResult clock = m_core->onClock(clockNow());
@@ -386,24 +386,24 @@ void CPaperBroker::run()
 
 void CPaperBroker::applyBatch(std::vector<std::pair<PaperResult, CommandDone>>& batch)
 {
-    if (batch.size() == 1) {
-        apply(batch.front().first, batch.front().second);
-        return;
+    m_processed += static_cast<long long>(batch.size());
+    // One input commits its own changes; a burst shares one transaction.
+    std::vector<PaperChange> joined;
+    if (batch.size() > 1) {
+        for (const auto& entry : batch) {
+            joined.insert(joined.end(), entry.first.changes.begin(), entry.first.changes.end());
+        }
     }
-    std::vector<PaperChange> all;
-    for (const auto& entry : batch) {
-        all.insert(all.end(), entry.first.changes.begin(), entry.first.changes.end());
-    }
-    if (!all.empty()) {
+    const std::vector<PaperChange>& changes = batch.size() == 1 ? batch.front().first.changes : joined;
+    if (!changes.empty()) {
         std::map<std::string, long long> meta;
         {
             std::lock_guard<std::mutex> lock(m_coreMutex);
             meta = m_core->meta();
         }
         std::string error;
-        if (!m_ledger->commit(all, meta, &error)) {
-            // None of the batch is published; each input is reported as not done.
-            m_processed += static_cast<long long>(batch.size());
+        if (!m_ledger->commit(changes, meta, &error)) {
+            // Nothing unrecorded is published: subscribers never see a state the ledger lacks.
             ++m_failedCommits;
             NQ_LOG_ERROR("paper ledger commit failed: " + error);
             std::lock_guard<std::mutex> lock(m_handlerMutex);
@@ -413,14 +413,11 @@ void CPaperBroker::applyBatch(std::vector<std::pair<PaperResult, CommandDone>>& 
             return;
         }
     }
-    for (auto& entry : batch) {
-        // Already committed: publish and answer without a second write.
-        PaperResult& result = entry.first;
-        ++m_processed;
-        for (const PaperChange& change : result.changes) {
+    for (const auto& entry : batch) {
+        for (const PaperChange& change : entry.first.changes) {
             publish(change);
         }
-        finishInput(result, entry.second);
+        finishInput(entry.first, entry.second);
     }
 }
 
@@ -440,29 +437,9 @@ void CPaperBroker::finishInput(const PaperResult& result, const CommandDone& don
 
 void CPaperBroker::apply(PaperResult& result, const CommandDone& done)
 {
-    ++m_processed;
-    if (!result.changes.empty()) {
-        std::map<std::string, long long> meta;
-        {
-            std::lock_guard<std::mutex> lock(m_coreMutex);
-            meta = m_core->meta();
-        }
-        std::string error;
-        if (!m_ledger->commit(result.changes, meta, &error)) {
-            // Nothing unrecorded is published: subscribers never see a state the ledger lacks.
-            ++m_failedCommits;
-            NQ_LOG_ERROR("paper ledger commit failed: " + error);
-            std::lock_guard<std::mutex> lock(m_handlerMutex);
-            if (m_refusalHandler) {
-                m_refusalHandler(std::string(), "模拟交易账本写入失败: " + error);
-            }
-            return;
-        }
-        for (const PaperChange& change : result.changes) {
-            publish(change);
-        }
-    }
-    finishInput(result, done);
+    std::vector<std::pair<PaperResult, CommandDone>> batch;
+    batch.emplace_back(std::move(result), done);
+    applyBatch(batch);
 }
 
 void CPaperBroker::publish(const PaperChange& change)

@@ -37,7 +37,7 @@ class CPaperLedger;
 
 struct PaperBrokerConfig {
     QString ledgerPath;  // the SQLite file
-    std::vector<PaperAccountSpec> accounts;
+    std::vector<PaperAccountTerms> accounts;
     TC::CExchangeClient* exchange = nullptr;  // instruments
     CPaperBrokerCore::InstrumentLookup instruments;  // instead of the exchange client (tests)
     TC::CQuoteClient* quotes = nullptr;       // the book; null: quotes come through feedQuote()

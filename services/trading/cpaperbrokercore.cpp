@@ -211,22 +211,22 @@ boost::shared_ptr<nqservice::CAccountInfo> CPaperBrokerCore::accountInfo(const s
     return account ? account->info : boost::shared_ptr<nqservice::CAccountInfo>();
 }
 
-void CPaperBrokerCore::openAccount(const PaperAccountSpec& spec, PaperResult& out)
+void CPaperBrokerCore::openAccount(const PaperAccountTerms& terms, PaperResult& out)
 {
-    if (!spec.info) {
+    if (!terms.info) {
         return;
     }
-    const std::string key = spec.info->getKey();
+    const std::string key = terms.info->getKey();
     if (Account* existing = findAccount(key)) {
-        existing->info = spec.info;  // names may have changed in the settings
+        existing->info = terms.info;  // names may have changed in the settings
         return;
     }
     auto account = std::make_unique<Account>();
-    account->info = spec.info;
-    account->cash = spec.cash;
+    account->info = terms.info;
+    account->cash = terms.cash;
     Account& ref = *account;
     m_accounts[key] = std::move(account);
-    for (const auto& holding : spec.holdings) {
+    for (const auto& holding : terms.holdings) {
         const auto detail = m_instruments(holding.first);
         if (!detail || holding.second <= 0) {
             continue;

@@ -22,7 +22,7 @@
 namespace trading {
 
 // An account as the broker opens it on first use.
-struct PaperAccountSpec {
+struct PaperAccountTerms {
     boost::shared_ptr<nqservice::CAccountInfo> info;
     double cash = 0.0;
     // ETF shares held at the opening, by stock key; they cover covered calls.
@@ -58,7 +58,7 @@ public:
     // --- inputs -------------------------------------------------------------
     // Opens an account unless the ledger already restored it; the opening
     // records (funds, ETF holdings) go into out.
-    void openAccount(const PaperAccountSpec& spec, PaperResult& out);
+    void openAccount(const PaperAccountTerms& terms, PaperResult& out);
     void setLoggedIn(const std::string& accountKey, bool loggedIn);
     // The kill switch: while halted every new command is refused.
     void setHalted(bool halted) { m_halted = halted; }

@@ -126,28 +126,28 @@ inline boost::shared_ptr<nqservice::CAccountInfo> account(const std::string& id,
     return info;
 }
 
-inline trading::PaperAccountSpec stockAccount(const std::string& id = "SO001", double cash = 1000000.0)
+inline trading::PaperAccountTerms stockAccount(const std::string& id = "SO001", double cash = 1000000.0)
 {
-    trading::PaperAccountSpec spec;
-    spec.info = account(id, nqservice::VQ_BROKER_TYPE_STOCK_OPTION);
-    spec.cash = cash;
-    spec.holdings = {{kEtf, 100000}};
-    return spec;
+    trading::PaperAccountTerms terms;
+    terms.info = account(id, nqservice::VQ_BROKER_TYPE_STOCK_OPTION);
+    terms.cash = cash;
+    terms.holdings = {{kEtf, 100000}};
+    return terms;
 }
 
-inline trading::PaperAccountSpec futureAccount(const std::string& id = "FO001", double cash = 500000.0)
+inline trading::PaperAccountTerms futureAccount(const std::string& id = "FO001", double cash = 500000.0)
 {
-    trading::PaperAccountSpec spec;
-    spec.info = account(id, nqservice::VQ_BROKER_TYPE_FUTURE_OPTION);
-    spec.cash = cash;
-    return spec;
+    trading::PaperAccountTerms terms;
+    terms.info = account(id, nqservice::VQ_BROKER_TYPE_FUTURE_OPTION);
+    terms.cash = cash;
+    return terms;
 }
 
-inline boost::shared_ptr<nqservice::CCodeOrderParam> order(const trading::PaperAccountSpec& spec, const std::string& key,
+inline boost::shared_ptr<nqservice::CCodeOrderParam> order(const trading::PaperAccountTerms& terms, const std::string& key,
                                                            int operation, int priceType, double price, long long volume)
 {
     auto param = boost::make_shared<nqservice::CCodeOrderParam>();
-    param->account = spec.info;
+    param->account = terms.info;
     const auto dot = key.rfind('.');
     param->stockInfo.code = key.substr(0, dot);
     param->stockInfo.market = key.substr(dot + 1);

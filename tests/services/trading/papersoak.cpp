@@ -48,14 +48,14 @@ int main(int argc, char** argv)
         return 1;
     }
     std::vector<boost::shared_ptr<nqservice::SubRequest>> handles;
-    for (const auto& spec : {so, fo}) {
-        handles.push_back(broker.subscribe(spec.info->getKey(), nqservice::VQ_DATA_TYPE_ORDER, "",
+    for (const auto& terms : {so, fo}) {
+        handles.push_back(broker.subscribe(terms.info->getKey(), nqservice::VQ_DATA_TYPE_ORDER, "",
                                            [](const boost::shared_ptr<nqservice::IData>& record) {
                                                const auto order =
                                                    boost::dynamic_pointer_cast<nqservice::COrderDetail>(record);
                                                say("O " + order->getKey() + " " + std::to_string(order->tradedVolume));
                                            }));
-        handles.push_back(broker.subscribe(spec.info->getKey(), nqservice::VQ_DATA_TYPE_QUICK_ORDER, "",
+        handles.push_back(broker.subscribe(terms.info->getKey(), nqservice::VQ_DATA_TYPE_QUICK_ORDER, "",
                                            [](const boost::shared_ptr<nqservice::IData>& record) {
                                                say("D " + record->getKey());
                                            }));
@@ -72,16 +72,16 @@ int main(int argc, char** argv)
             broker.feedQuote(quote(kMealCall, 98.0 + pick(4), 101.0, 10, 0.5, 300.0, 0.5));
         }
         const bool meal = pick(3) == 0;
-        const auto& spec = meal ? fo : so;
+        const auto& terms = meal ? fo : so;
         const int op = meal ? pick(6) : 32 + pick(4);
         const double price = meal ? 99.0 + 0.5 * pick(6) : 0.0997 + 0.0001 * pick(7);
-        broker.submit(command({order(spec, meal ? kMealCall : kCall, op, nqservice::PT_FIX, price, 1 + pick(5))}));
+        broker.submit(command({order(terms, meal ? kMealCall : kCall, op, nqservice::PT_FIX, price, 1 + pick(5))}));
         if (i % 7 == 0) {
             std::vector<boost::shared_ptr<nqservice::IData>> orders;
-            broker.getVector(spec.info->getKey(), nqservice::VQ_DATA_TYPE_ORDER, orders);
+            broker.getVector(terms.info->getKey(), nqservice::VQ_DATA_TYPE_ORDER, orders);
             if (!orders.empty()) {
                 const auto order = boost::dynamic_pointer_cast<nqservice::COrderDetail>(orders[static_cast<std::size_t>(pick(static_cast<int>(orders.size())))]);
-                broker.cancel(spec.info->getKey(), order->orderId);
+                broker.cancel(terms.info->getKey(), order->orderId);
             }
         }
         std::this_thread::sleep_for(std::chrono::microseconds(300));

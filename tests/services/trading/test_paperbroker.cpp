@@ -47,17 +47,17 @@ protected:
         return broker;
     }
     std::vector<boost::shared_ptr<nqservice::IData>> table(trading::CPaperBroker& broker, int type,
-                                                          const trading::PaperAccountSpec& spec)
+                                                          const trading::PaperAccountTerms& terms)
     {
         std::vector<boost::shared_ptr<nqservice::IData>> out;
-        broker.getVector(spec.info->getKey(), type, out);
+        broker.getVector(terms.info->getKey(), type, out);
         return out;
     }
 
     QTemporaryDir dir;
     Market market;
-    trading::PaperAccountSpec so = stockAccount();
-    trading::PaperAccountSpec fo = futureAccount();
+    trading::PaperAccountTerms so = stockAccount();
+    trading::PaperAccountTerms fo = futureAccount();
 };
 
 TEST_F(PaperBroker, SubscribersGetEveryChangeOnceAndInOrder)
@@ -229,9 +229,9 @@ TEST_F(PaperBroker, EverythingASubscriberSawIsInTheLedger)
     {
         auto broker = makeBroker();
         std::vector<boost::shared_ptr<nqservice::SubRequest>> handles;
-        for (const auto& spec : {so, fo}) {
+        for (const auto& terms : {so, fo}) {
             for (int type : {nqservice::VQ_DATA_TYPE_ORDER, nqservice::VQ_DATA_TYPE_QUICK_ORDER}) {
-                handles.push_back(broker->subscribe(spec.info->getKey(), type, "",
+                handles.push_back(broker->subscribe(terms.info->getKey(), type, "",
                                                     [&, type](const boost::shared_ptr<nqservice::IData>& record) {
                                                         std::lock_guard<std::mutex> lock(mutex);
                                                         seen[std::to_string(type) + "|" + record->getKey()] =
@@ -242,14 +242,14 @@ TEST_F(PaperBroker, EverythingASubscriberSawIsInTheLedger)
         std::mt19937 random(7);
         for (int i = 0; i < 3000; ++i) {
             const bool meal = random() % 3 == 0;
-            const auto& spec = meal ? fo : so;
+            const auto& terms = meal ? fo : so;
             // Opens twice as often as closes, so that closes find something to close.
             const int pick = static_cast<int>(random() % 9);
             const int op = meal ? (pick < 6 ? (pick % 2 == 0 ? 0 : 3) : 1 + 3 * (pick % 2))
                                 : (pick < 6 ? (pick % 2 == 0 ? 32 : 34) : 33 + 2 * (pick % 2));
             const double price = meal ? 100.0 + 0.5 * static_cast<int>(random() % 5) - 1.0
                                       : 0.0998 + 0.0001 * static_cast<int>(random() % 6);
-            broker->submit(command({order(spec, meal ? kMealCall : kCall, op, nqservice::PT_FIX, price,
+            broker->submit(command({order(terms, meal ? kMealCall : kCall, op, nqservice::PT_FIX, price,
                                           1 + static_cast<int>(random() % 20))}));
             if (i % 10 == 0) {
                 broker->feedQuote(meal ? quote(kMealCall, 99.0 + static_cast<int>(random() % 4), 101.0, 10, 0.5, 300.0, 0.5)

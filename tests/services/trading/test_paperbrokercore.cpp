@@ -38,41 +38,41 @@ protected:
     {
         return core.submit(command(std::move(params)));
     }
-    boost::shared_ptr<nqservice::CAccountDetail> funds(const trading::PaperAccountSpec& spec = {})
+    boost::shared_ptr<nqservice::CAccountDetail> funds(const trading::PaperAccountTerms& terms = {})
     {
-        return core.funds(spec.info ? spec.info->getKey() : so.info->getKey());
+        return core.funds(terms.info ? terms.info->getKey() : so.info->getKey());
     }
     template <typename T>
-    std::vector<boost::shared_ptr<T>> rows(int type, const trading::PaperAccountSpec* spec = nullptr)
+    std::vector<boost::shared_ptr<T>> rows(int type, const trading::PaperAccountTerms* terms = nullptr)
     {
         std::vector<boost::shared_ptr<T>> out;
-        for (const auto& record : core.table((spec ? *spec : so).info->getKey(), type)) {
+        for (const auto& record : core.table((terms ? *terms : so).info->getKey(), type)) {
             out.push_back(boost::dynamic_pointer_cast<T>(record));
         }
         return out;
     }
     boost::shared_ptr<nqservice::CPositionStatics> positionOf(const std::string& key, int direction,
-                                                              const trading::PaperAccountSpec* spec = nullptr)
+                                                              const trading::PaperAccountTerms* terms = nullptr)
     {
-        for (const auto& pos : rows<nqservice::CPositionStatics>(nqservice::VQ_DATA_TYPE_POSITION_STATICS, spec)) {
+        for (const auto& pos : rows<nqservice::CPositionStatics>(nqservice::VQ_DATA_TYPE_POSITION_STATICS, terms)) {
             if (utils::vqStockKey(pos->market, pos->code) == key && pos->direction == direction) {
                 return pos;
             }
         }
         return nullptr;
     }
-    std::vector<boost::shared_ptr<nqservice::COrderDetail>> orders(const trading::PaperAccountSpec* spec = nullptr)
+    std::vector<boost::shared_ptr<nqservice::COrderDetail>> orders(const trading::PaperAccountTerms* terms = nullptr)
     {
-        return rows<nqservice::COrderDetail>(nqservice::VQ_DATA_TYPE_ORDER, spec);
+        return rows<nqservice::COrderDetail>(nqservice::VQ_DATA_TYPE_ORDER, terms);
     }
-    std::vector<boost::shared_ptr<nqservice::CDealDetail>> deals(const trading::PaperAccountSpec* spec = nullptr)
+    std::vector<boost::shared_ptr<nqservice::CDealDetail>> deals(const trading::PaperAccountTerms* terms = nullptr)
     {
-        return rows<nqservice::CDealDetail>(nqservice::VQ_DATA_TYPE_QUICK_ORDER, spec);
+        return rows<nqservice::CDealDetail>(nqservice::VQ_DATA_TYPE_QUICK_ORDER, terms);
     }
 
     Market market;
-    trading::PaperAccountSpec so = stockAccount();
-    trading::PaperAccountSpec fo = futureAccount();
+    trading::PaperAccountTerms so = stockAccount();
+    trading::PaperAccountTerms fo = futureAccount();
     CPaperBrokerCore core;
 };
 
@@ -162,7 +162,7 @@ TEST_F(PaperCore, CancelReturnsFrozenFundsInFull)
 
 struct Refusal {
     const char* name;
-    std::function<void(CPaperBrokerCore&, const trading::PaperAccountSpec&)> setup;
+    std::function<void(CPaperBrokerCore&, const trading::PaperAccountTerms&)> setup;
     int operation;
     int priceType;
     double price;
@@ -200,14 +200,14 @@ const Refusal kRefusals[] = {
     {"zeroVolume", nullptr, nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.1002, 0, "委托数量"},
     {"coveredWithoutEtf", nullptr, nqservice::OT_COVERED_OPEN, nqservice::PT_FIX, 0.1000, 11, "标的证券可用数量不足"},
     {"positionLimit", nullptr, nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.0001, 5001, "超出持仓限额"},
-    {"halted", [](CPaperBrokerCore& c, const trading::PaperAccountSpec&) { c.setHalted(true); }, nqservice::OT_BUY_OPEN,
+    {"halted", [](CPaperBrokerCore& c, const trading::PaperAccountTerms&) { c.setHalted(true); }, nqservice::OT_BUY_OPEN,
      nqservice::PT_FIX, 0.1002, 1, "交易已暂停"},
     {"notLoggedIn",
-     [](CPaperBrokerCore& c, const trading::PaperAccountSpec& s) { c.setLoggedIn(s.info->getKey(), false); },
+     [](CPaperBrokerCore& c, const trading::PaperAccountTerms& s) { c.setLoggedIn(s.info->getKey(), false); },
      nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.1002, 1, "账户未登录"},
-    {"lunch", [](CPaperBrokerCore& c, const trading::PaperAccountSpec&) { c.onClock(at(12, 0)); },
+    {"lunch", [](CPaperBrokerCore& c, const trading::PaperAccountTerms&) { c.onClock(at(12, 0)); },
      nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.1002, 1, "非交易时段"},
-    {"marketInAuction", [](CPaperBrokerCore& c, const trading::PaperAccountSpec&) { c.onClock(at(14, 58)); },
+    {"marketInAuction", [](CPaperBrokerCore& c, const trading::PaperAccountTerms&) { c.onClock(at(14, 58)); },
      nqservice::OT_BUY_OPEN, nqservice::PT_MARKET_FAK, 0.0, 1, "集合竞价阶段不接受市价委托"},
     {"futureOnStockAccount", nullptr, nqservice::OT_OPEN_LONG, nqservice::PT_FIX, 0.1002, 1, "不支持的委托操作"},
 };
@@ -220,7 +220,7 @@ TEST_F(PaperCore, RefusesWhenTheMarginIsNotThere)
     const double margin = core.marginPerContract(*market.find(kCall));
     ASSERT_GT(margin, 3000.0);
     // Room for one contract's margin and commission, not for two.
-    trading::PaperAccountSpec poor = stockAccount("SO009", margin + 1000.0);
+    trading::PaperAccountTerms poor = stockAccount("SO009", margin + 1000.0);
     PaperResult opening;
     core.openAccount(poor, opening);
     core.setLoggedIn("SO009", true);
@@ -457,7 +457,7 @@ TEST_F(PaperCore, RestoringTheChangesGivesTheSameBooks)
 
 TEST_F(PaperCore, ACommandOverTwoAccountsRunsAsATaskWithEveryOrderOnTheBook)
 {
-    trading::PaperAccountSpec second = stockAccount("SO002");
+    trading::PaperAccountTerms second = stockAccount("SO002");
     PaperResult opening;
     core.openAccount(second, opening);
     core.setLoggedIn("SO002", true);

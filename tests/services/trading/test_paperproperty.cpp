@@ -31,21 +31,21 @@ TEST(PaperProperty, HundredThousandCommandsKeepTheBooksTrue)
     Market market;
     trading::CPaperBrokerCore core(market.lookup());
     // One account with room, one that runs short of money, one for commodity options.
-    const std::vector<trading::PaperAccountSpec> accounts = {stockAccount("SO001", 20000000.0),
+    const std::vector<trading::PaperAccountTerms> accounts = {stockAccount("SO001", 20000000.0),
                                                              stockAccount("SO002", 150000.0),
                                                              futureAccount("FO001", 5000000.0)};
     std::map<std::string, double> cash;
     trading::PaperResult opening;
-    for (const auto& spec : accounts) {
-        core.openAccount(spec, opening);
-        core.setLoggedIn(spec.info->getKey(), true);
-        cash[spec.info->getKey()] = spec.cash;
+    for (const auto& terms : accounts) {
+        core.openAccount(terms, opening);
+        core.setLoggedIn(terms.info->getKey(), true);
+        cash[terms.info->getKey()] = terms.cash;
     }
     // Positions as the deals add them up: account|key|direction -> volume.
     std::map<std::string, long long> fromDeals;
-    for (const auto& spec : accounts) {
-        for (const auto& holding : spec.holdings) {
-            fromDeals[spec.info->getKey() + "|" + holding.first + "|48"] = holding.second;
+    for (const auto& terms : accounts) {
+        for (const auto& holding : terms.holdings) {
+            fromDeals[terms.info->getKey() + "|" + holding.first + "|48"] = holding.second;
         }
     }
     std::vector<Instrument> instruments = {{kCall, 0.1000, 0.0001, 0.4, 0.0001, true},
@@ -102,21 +102,21 @@ TEST(PaperProperty, HundredThousandCommandsKeepTheBooksTrue)
         }
     };
     auto checkFunds = [&](int step) {
-        for (const auto& spec : accounts) {
-            const auto funds = core.funds(spec.info->getKey());
-            ASSERT_GE(funds->availableFunds, -1e-6) << "step " << step << " " << spec.info->getKey();
+        for (const auto& terms : accounts) {
+            const auto funds = core.funds(terms.info->getKey());
+            ASSERT_GE(funds->availableFunds, -1e-6) << "step " << step << " " << terms.info->getKey();
             ASSERT_GE(funds->frozenFunds, -1e-6) << "step " << step;
         }
     };
     auto checkPositions = [&](int step) {
         std::map<std::string, long long> held;
-        for (const auto& spec : accounts) {
-            for (const auto& record : core.table(spec.info->getKey(), nqservice::VQ_DATA_TYPE_POSITION_STATICS)) {
+        for (const auto& terms : accounts) {
+            for (const auto& record : core.table(terms.info->getKey(), nqservice::VQ_DATA_TYPE_POSITION_STATICS)) {
                 const auto pos = boost::dynamic_pointer_cast<nqservice::CPositionStatics>(record);
                 ASSERT_GE(pos->position, 0);
                 ASSERT_GE(pos->available, 0) << "step " << step;
                 ASSERT_LE(pos->todayPosition, pos->position);
-                held[spec.info->getKey() + "|" + utils::vqStockKey(pos->market, pos->code) + "|" +
+                held[terms.info->getKey() + "|" + utils::vqStockKey(pos->market, pos->code) + "|" +
                      std::to_string(pos->direction)] = pos->position;
             }
         }
@@ -127,10 +127,10 @@ TEST(PaperProperty, HundredThousandCommandsKeepTheBooksTrue)
         for (const auto& entry : held) {
             ASSERT_TRUE(fromDeals.count(entry.first)) << entry.first;
         }
-        for (const auto& spec : accounts) {
-            const auto funds = core.funds(spec.info->getKey());
-            ASSERT_NEAR(funds->availableFunds + funds->frozenFunds + funds->margin, cash[spec.info->getKey()], 0.05)
-                << "step " << step << " " << spec.info->getKey();
+        for (const auto& terms : accounts) {
+            const auto funds = core.funds(terms.info->getKey());
+            ASSERT_NEAR(funds->availableFunds + funds->frozenFunds + funds->margin, cash[terms.info->getKey()], 0.05)
+                << "step " << step << " " << terms.info->getKey();
         }
     };
 
@@ -146,12 +146,12 @@ TEST(PaperProperty, HundredThousandCommandsKeepTheBooksTrue)
         }
         if (uniform(0, 9) == 0) {
             // Cancel something (working or not, of any account).
-            const auto& spec = accounts[static_cast<std::size_t>(uniform(0, 2))];
-            const auto list = core.table(spec.info->getKey(), nqservice::VQ_DATA_TYPE_ORDER);
+            const auto& terms = accounts[static_cast<std::size_t>(uniform(0, 2))];
+            const auto list = core.table(terms.info->getKey(), nqservice::VQ_DATA_TYPE_ORDER);
             if (!list.empty()) {
                 const auto order = boost::dynamic_pointer_cast<nqservice::COrderDetail>(
                     list[static_cast<std::size_t>(uniform(0, static_cast<int>(list.size()) - 1))]);
-                const trading::PaperResult result = core.cancel(spec.info->getKey(), order->orderId);
+                const trading::PaperResult result = core.cancel(terms.info->getKey(), order->orderId);
                 if (!result.accepted()) {
                     ASSERT_TRUE(result.changes.empty());
                 }
@@ -171,14 +171,14 @@ TEST(PaperProperty, HundredThousandCommandsKeepTheBooksTrue)
         const int legs = uniform(0, 9) == 0 ? 2 : 1;
         for (int leg = 0; leg < legs; ++leg) {
             const Instrument& instrument = instruments[static_cast<std::size_t>(uniform(0, 2))];
-            const auto& spec = accounts[instrument.stock ? static_cast<std::size_t>(uniform(0, 1)) : 2];
+            const auto& terms = accounts[instrument.stock ? static_cast<std::size_t>(uniform(0, 1)) : 2];
             const int op = instrument.stock ? stockOps[uniform(0, 5)] : futureOps[uniform(0, 5)];
             const int type = priceTypes[uniform(0, 11)];
             double price = instrument.mid + instrument.tick * uniform(-4, 6);
             if (uniform(0, 99) == 0) {
                 price += instrument.tick / 3.0;  // off the tick
             }
-            auto param = order(spec, instrument.key, op, type, price, uniform(0, 99) == 0 ? 0 : uniform(1, 60));
+            auto param = order(terms, instrument.key, op, type, price, uniform(0, 99) == 0 ? 0 : uniform(1, 60));
             if (uniform(0, 199) == 0) {
                 param->account = account("GHOST", nqservice::VQ_BROKER_TYPE_STOCK_OPTION);
             }
@@ -201,19 +201,19 @@ TEST(PaperProperty, HundredThousandCommandsKeepTheBooksTrue)
     }
     checkPositions(kCommands);
     // Cancelling everything that works returns every frozen yuan and contract.
-    for (const auto& spec : accounts) {
-        for (const auto& record : core.table(spec.info->getKey(), nqservice::VQ_DATA_TYPE_ORDER)) {
+    for (const auto& terms : accounts) {
+        for (const auto& record : core.table(terms.info->getKey(), nqservice::VQ_DATA_TYPE_ORDER)) {
             const auto order = boost::dynamic_pointer_cast<nqservice::COrderDetail>(record);
             if (!nqservice::COrderDetailHelper::completed(*order)) {
-                absorb(core.cancel(spec.info->getKey(), order->orderId));
+                absorb(core.cancel(terms.info->getKey(), order->orderId));
             }
         }
     }
     EXPECT_EQ(core.workingOrderCount(), 0);
-    for (const auto& spec : accounts) {
-        const auto funds = core.funds(spec.info->getKey());
+    for (const auto& terms : accounts) {
+        const auto funds = core.funds(terms.info->getKey());
         EXPECT_NEAR(funds->frozenFunds, 0.0, 1e-6);
-        for (const auto& record : core.table(spec.info->getKey(), nqservice::VQ_DATA_TYPE_POSITION_STATICS)) {
+        for (const auto& record : core.table(terms.info->getKey(), nqservice::VQ_DATA_TYPE_POSITION_STATICS)) {
             const auto pos = boost::dynamic_pointer_cast<nqservice::CPositionStatics>(record);
             if (utils::vqStockKey(pos->market, pos->code) != kEtf) {
                 EXPECT_EQ(pos->frozen, 0) << pos->code;
