@@ -144,22 +144,8 @@ void COptionPriceTPanel::createUi()
     modeGroup->setFixedWidth(160);
     const QStringList modeTexts = {QStringLiteral("行情"), QStringLiteral("指标"), QStringLiteral("风险"),
                                    QStringLiteral("信息")};
-    // The toolkit's button draws an image as an icon beside its text, so the faces
-    // of the system's button images are given as theme colours.
-    WG::CButtonColor modeFace;
-    modeFace.normal = QStringLiteral("clr_order_operation_background");
-    modeFace.hover = QStringLiteral("clr_button_hover");
-    modeFace.active = QStringLiteral("clr_button_checked");
     for (int id = 0; id < modeTexts.size(); ++id) {
-        auto* button = new WG::CPushButton(QString(), id, 1, 1, 40, barHeight, 0, modeGroup);
-        button->setButtonColor(modeFace);
-        button->setText(modeTexts.at(id));
-        button->setHorizontalText(true);
-        button->setTextColorKey(QStringLiteral("clr_param_table_order_mode_inactive"),
-                                QStringLiteral("clr_param_table_order_mode_inactive"),
-                                QStringLiteral("clr_param_table_order_mode_active"),
-                                QStringLiteral("clr_param_table_order_mode_inactive"));
-        modeGroup->addPushButton(button, id == 0);
+        modeGroup->addModeButton(modeTexts.at(id), id, barHeight, id == 0);
         tableConfigs[id] = QString();
     }
     toolBar->addToolItem(modeGroup);

@@ -137,15 +137,7 @@ void COptionPriceQuotePanel::createUi()
     const QStringList viewTexts = {QStringLiteral("行情"), QStringLiteral("指标"), QStringLiteral("风险"),
                                    QStringLiteral("信息")};
     for (int id = 0; id < viewTexts.size(); ++id) {
-        auto* button = new WG::CPushButton(QString(), id, 1, 1, 40, barHeight, 0, viewGroup);
-        button->setButtonColor(face);
-        button->setText(viewTexts.at(id));
-        button->setHorizontalText(true);
-        button->setTextColorKey(QStringLiteral("clr_param_table_order_mode_inactive"),
-                                QStringLiteral("clr_param_table_order_mode_inactive"),
-                                QStringLiteral("clr_param_table_order_mode_active"),
-                                QStringLiteral("clr_param_table_order_mode_inactive"));
-        viewGroup->addPushButton(button, id == 0);
+        viewGroup->addModeButton(viewTexts.at(id), id, barHeight, id == 0);
         viewConfigs[id] = QString();
     }
     toolBar->addToolItem(viewGroup);

@@ -73,4 +73,24 @@ void CPushButtonGroup::paintEvent(QPaintEvent*)
     }
 }
 
+CPushButton* CPushButtonGroup::addModeButton(const QString& text, int id, int height, bool checked)
+{
+    // The button draws an image as an icon beside its text, so the faces are
+    // theme colours rather than the images of the button keys.
+    CButtonColor face;
+    face.normal = QStringLiteral("clr_order_operation_background");
+    face.hover = QStringLiteral("clr_button_hover");
+    face.active = QStringLiteral("clr_button_checked");
+    auto* button = new CPushButton(QString(), id, 1, 1, 40, height, 0, this);
+    button->setButtonColor(face);
+    button->setText(text);
+    button->setHorizontalText(true);
+    button->setTextColorKey(QStringLiteral("clr_param_table_order_mode_inactive"),
+                            QStringLiteral("clr_param_table_order_mode_inactive"),
+                            QStringLiteral("clr_param_table_order_mode_active"),
+                            QStringLiteral("clr_param_table_order_mode_inactive"));
+    addPushButton(button, checked);
+    return button;
+}
+
 }  // namespace WG

@@ -21,6 +21,9 @@ public:
     ~CPushButtonGroup() override;
 
     void addPushButton(CPushButton* button, bool checked);
+    // Adds a text button of a mode switch (行情, 指标, ...) 40 px wide: faces in
+    // the theme's button colours, the chosen mode's text in the active colour.
+    CPushButton* addModeButton(const QString& text, int id, int height, bool checked);
     void setCheckedByID(int id);
     // The id of the checked button, -1 when none is.
     int checkedButton() const;
