@@ -288,15 +288,15 @@ QString CStkOptionMultiOrderDialog::priceText(const QString& code) const
 void CStkOptionMultiOrderDialog::setRowAccount(const QString& code, const QString& accountKey)
 {
     const std::string key = code.toUtf8().toStdString();
-    const QStringList names = accountDelegate->items(key);
+    const int previous = accountDelegate->currentIndex(key);
     int index = -1;
-    for (int i = 0; i < names.size(); ++i) {
+    for (int i = 0; i < accountDelegate->items(key).size() && index < 0; ++i) {
         accountDelegate->setCurrentIndex(key, i);
         if (accountDelegate->currentData(key).toString() == accountKey) {
             index = i;
-            break;
         }
     }
+    accountDelegate->setCurrentIndex(key, previous);
     accountDelegate->setCurrentIndex(key, index, true);
 }
 
@@ -390,7 +390,7 @@ void CStkOptionMultiOrderDialog::calcAvailableCopies()
         }
     }
     availableCopies = CStrategyOrderRules::availableCopies(needs, funds);
-    availableCell->setString(WG::formatLongLongNumber(availableCopies, 0));
+    availableCell->setString(CStrategyOrderRules::availableText(availableCopies));
     copiesCell->setIntValidator(unitCopies, 0, CStrategyOrderRules::volumeRangeTop(availableCopies), 1);
 }
 

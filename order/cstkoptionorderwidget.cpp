@@ -232,7 +232,7 @@ void CStkOptionOrderWidget::slotCanOrderNum()
     } else if (operationType == nqservice::OT_SELL_OPEN) {
         availableVolume = calculate();
     }
-    availableCell->setString(WG::formatLongLongNumber(availableVolume, 0));
+    availableCell->setString(CStrategyOrderRules::availableText(availableVolume));
     volumeCell->setIntValidator(unitContracts, 0, CStrategyOrderRules::volumeRangeTop(availableVolume), 1);
 }
 
