@@ -201,6 +201,9 @@ void CStkOptionMultiOrderDialog::setLegs(const QList<CStrategyStockData>& legs)
     calcAvailableCopies();
     legTable->updateTable();
     legTable->adjustColumnWidth();
+    // The delegates' cells have no text of the row to measure: room for a price with its arrows and a name.
+    legTable->setColumnWidth(CHpfOptionMultiOrderData::COL_PRICE, 110);
+    legTable->setColumnWidth(CHpfOptionMultiOrderData::COL_ACCOUNT, 150);
 }
 
 // ---- quotes ----
