@@ -9,6 +9,7 @@
 #include "seam/user.h"
 #include "order/coptionorderdialog.h"
 #include "order/coptionorderrules.h"
+#include "order/corderformhelper.h"
 #include "seam/logger.h"
 #include "seam/trading.h"
 #include "toolkit/cmessagebox.h"
@@ -834,28 +835,8 @@ bool COptionPriceTTable::fillStockParams(std::vector<boost::shared_ptr<nqservice
         error = QStringLiteral("合约 ") + value.stockCode + QStringLiteral(" 错误, 无法下单");
         return false;
     }
-    std::map<std::string, int> permissions;
-    if (config != nullptr) {
-        if (const auto permission = config->getPermissionInfoPtr()) {
-            permissions = permission->intMap;
-        }
-    }
-    const bool marketBranch = nqservice::isSupportMarketPrice(detail->market, detail->code, value.priceType);
-    const COrderLimit limit = COptionOrderRules::orderLimit(detail->getIntField(2008), permissions, marketBranch);
-    if (param->volume > limit.limit) {
-        QWidget* window = QApplication::activeWindow();
-        if (!limit.allowance) {
-            error = QStringLiteral("单笔下单量不能超过合规最大下单量%1").arg(limit.limit, 0, 10, QLatin1Char(' '));
-            WG::CMessageBox::warning(nullptr, window, QStringLiteral("提示"), error, QMessageBox::Ok);
-            return false;
-        }
-        error = QStringLiteral("单笔下单量超过合规最大下单量%1").arg(limit.limit, 0, 10, QLatin1Char(' '));
-        const QMessageBox::StandardButton answer = WG::CMessageBox::question(
-            nullptr, window, QStringLiteral("提示"), error + QStringLiteral(",是否自动拆单?"),
-            QMessageBox::StandardButtons(QMessageBox::Yes | QMessageBox::No));
-        if (answer != QMessageBox::Yes) {
-            return false;
-        }
+    if (!COrderFormHelper::checkOrderLimit(*detail, param->volume, value.priceType, error)) {
+        return false;
     }
     params.push_back(param);
     return true;

@@ -302,18 +302,7 @@ TEST_F(StkOptionMultiOrderDialog, AFourLegCondorOnOneAccountAtFixedPricesFieldBy
     click(CStkOptionMultiOrderDialog::ID_ORDER_BUTTON);
     ASSERT_EQ(commands->calls.size(), 1u);
     const ordertest::CCommandCall& call = commands->calls.front();
-    EXPECT_EQ(call.traderType, nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
-    EXPECT_EQ(call.hedgeType, 0);
-    EXPECT_EQ(call.stopLossType, 0);
-    EXPECT_FALSE(call.autoHedge);
-    EXPECT_TRUE(call.confirmed);
-    EXPECT_TRUE(call.callbackEmpty);
-    EXPECT_EQ(call.strategyName, "");
-    EXPECT_EQ(call.platform, 0);
-    EXPECT_EQ(call.limitedPriceType, 0);
-    EXPECT_FALSE(call.algorithmic);
-    EXPECT_EQ(call.extra, 0);
-    EXPECT_EQ(call.etfHedge, -1);
+    ordertest::expectManualStockOptionCommand(call);
     EXPECT_EQ(call.weights, (std::map<std::string, double>{{"SO001", 1.0}}));
     ASSERT_EQ(call.params.size(), 4u);
     const struct {
