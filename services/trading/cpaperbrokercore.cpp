@@ -6,6 +6,7 @@
 #include "seam/tradinghelpers.h"
 #include "services/market/csessionclock.h"
 #include "services/trading/cexchangerules.h"
+#include "services/trading/cpapersettlementrecord.h"
 
 #include <boost/make_shared.hpp>
 
@@ -176,7 +177,8 @@ struct CPaperBrokerCore::Account {
     bool fundsTouched = false;
     std::vector<boost::shared_ptr<nqservice::CPositionStatics>> touched;
     std::map<std::string, std::unique_ptr<Combination>> combinations;  // by combination number
-    std::map<std::string, long long> locks;  // position key -> contracts held in combinations
+    std::map<std::string, long long> locks;  // position key -> contracts in combinations, shares not yet sellable
+    std::map<std::string, boost::shared_ptr<CPaperSettlementRecord>> records;  // the close's steps, by number
 
     double available() const { return cash - frozen - margin; }
 };
@@ -1143,9 +1145,16 @@ void CPaperBrokerCore::endOfDay(PaperResult& out)
 void CPaperBrokerCore::beginDay(int tradingDay, PaperResult& out)
 {
     const bool firstDay = m_tradingDay == 0;
+    const int previous = m_tradingDay;
     m_tradingDay = tradingDay;
     if (firstDay) {
         return;
+    }
+    if (previous > m_settledDay && previous < tradingDay) {
+        // A close the desk did not see: settled with the books' last prices.
+        PaperSettlement missed;
+        missed.tradingDay = previous;
+        settleDay(missed, out);
     }
     endOfDay(out);
     settleTasks(out);
@@ -1187,6 +1196,11 @@ void CPaperBrokerCore::beginDay(int tradingDay, PaperResult& out)
         }
         account.orders.clear();
         account.deals.clear();
+    }
+    // Cash and shares of exercises arrive, shares delivered the day before become sellable.
+    deliver(tradingDay, out);
+    for (auto& entry : m_accounts) {
+        revalue(*entry.second, out, false);
     }
 }
 
@@ -1387,6 +1401,11 @@ std::vector<boost::shared_ptr<nqservice::IData>> CPaperBrokerCore::table(const s
     case nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION:
         for (const auto& entry : account->combinations) {
             rows.push_back(entry.second->record->copy());
+        }
+        break;
+    case kPaperSettlementDataType:
+        for (const auto& entry : account->records) {
+            rows.push_back(entry.second->copy());
         }
         break;
     case nqservice::VQ_DATA_TYPE_TASK:
@@ -1989,6 +2008,337 @@ void CPaperBrokerCore::emitCombination(const Account& account, const Combination
     out.changes.push_back(std::move(change));
 }
 
+// --- the close of the day and expiry -------------------------------------------
+
+struct CPaperBrokerCore::Delivery {
+    std::string accountKey;
+    std::string recordId;  // the record that tells of it
+    std::string etfKey;    // shares of this fund; empty for cash only
+    long long shares = 0;
+    double cash = 0.0;
+    int valueDay = 0;     // they arrive at the start of this trading day
+    int sellableDay = 0;  // the shares are free from this trading day
+    int stage = 0;        // 0 to arrive, 1 arrived and locked, 2 done
+
+    bson::BSONObj extra() const
+    {
+        bson::BSONObjBuilder b;
+        b.append("etf", etfKey);
+        b.append("shares", shares);
+        b.append("cash", cash);
+        b.append("valueDay", valueDay);
+        b.append("sellable", sellableDay);
+        b.append("stage", stage);
+        return b.obj();
+    }
+};
+
+double CPaperBrokerCore::settlementOf(const PaperSettlement& day, const std::string& stockKey, double fallback) const
+{
+    auto it = day.prices.find(stockKey);
+    if (it != day.prices.end() && utils::isUsable(it->second) && it->second > 0.0) {
+        return it->second;
+    }
+    return lastPriceOf(stockKey, fallback);
+}
+
+void CPaperBrokerCore::record(Account& account, int tradingDay, const std::string& kind,
+                              const nqservice::CInstrumentDetail* detail, long long volume, double price,
+                              double amount, int valueDay, const std::string& note, PaperResult& out,
+                              const Delivery* pending)
+{
+    auto rec = boost::make_shared<CPaperSettlementRecord>();
+    rec->account = account.info;
+    rec->recordId = pending != nullptr && !pending->recordId.empty() ? pending->recordId : padded('J', ++m_recordSeq);
+    rec->tradingDay = tradingDay;
+    rec->kind = kind;
+    if (detail != nullptr) {
+        rec->market = detail->market;
+        rec->code = detail->code;
+        rec->name = detail->name;
+    }
+    rec->volume = volume;
+    rec->price = price;
+    rec->amount = round2(amount);
+    rec->valueDay = valueDay;
+    rec->note = note;
+    account.records[rec->recordId] = rec;
+    PaperChange change;
+    change.dataType = kPaperSettlementDataType;
+    change.accountKey = account.info->getKey();
+    change.record = rec->copy();
+    if (pending != nullptr) {
+        change.extra = pending->extra();
+    }
+    out.changes.push_back(std::move(change));
+}
+
+void CPaperBrokerCore::deliver(int tradingDay, PaperResult& out)
+{
+    for (auto& entry : m_deliveries) {
+        Delivery& d = *entry;
+        Account* account = findAccount(d.accountKey);
+        if (account == nullptr || d.stage == 2) {
+            continue;
+        }
+        auto found = account->records.find(d.recordId);
+        if (found == account->records.end()) {
+            continue;
+        }
+        const auto rec = found->second;
+        const std::string etf = positionKey(d.etfKey, kLong);
+        if (d.stage == 0 && tradingDay >= d.valueDay) {
+            account->cash = round2(account->cash + d.cash);
+            account->fundsTouched = true;
+            if (d.shares != 0 && !d.etfKey.empty()) {
+                const auto detail = m_instruments(d.etfKey);
+                if (detail) {
+                    auto& pos = position(*account, *detail, kLong);
+                    pos->position += d.shares;
+                    if (d.shares > 0 && tradingDay < d.sellableDay) {
+                        account->locks[etf] += d.shares;
+                    }
+                    setAvailable(*account, *pos);
+                    account->touched.push_back(pos);
+                }
+            }
+            d.stage = d.shares > 0 && tradingDay < d.sellableDay ? 1 : 2;
+        } else if (d.stage == 1 && tradingDay >= d.sellableDay) {
+            long long& lock = account->locks[etf];
+            lock = std::max(0LL, lock - d.shares);
+            if (lock == 0) {
+                account->locks.erase(etf);
+            }
+            auto pos = account->positions.find(etf);
+            if (pos != account->positions.end()) {
+                setAvailable(*account, *pos->second);
+                account->touched.push_back(pos->second);
+            }
+            d.stage = 2;
+        } else {
+            continue;
+        }
+        rec->note = d.stage == 1 ? "已到账, 次一交易日可卖出" : "已到账";
+        PaperChange change;
+        change.dataType = kPaperSettlementDataType;
+        change.accountKey = d.accountKey;
+        change.record = rec->copy();
+        change.extra = d.extra();
+        out.changes.push_back(std::move(change));
+    }
+    m_deliveries.erase(std::remove_if(m_deliveries.begin(), m_deliveries.end(),
+                                      [](const std::unique_ptr<Delivery>& d) { return d->stage == 2; }),
+                       m_deliveries.end());
+}
+
+void CPaperBrokerCore::expire(Account& account, const std::string& key, const PaperSettlement& day, PaperResult& out)
+{
+    auto it = account.positions.find(key);
+    if (it == account.positions.end()) {
+        return;
+    }
+    auto pos = it->second;
+    const auto detail = m_instruments(utils::vqStockKey(pos->market, pos->code));
+    if (!detail || pos->position <= 0) {
+        return;
+    }
+    const long long volume = pos->position;
+    const double unit = unitOf(*detail);
+    const double strike = detail->exercisePrice;
+    const std::string underlyingKey = detail->underlyingKey();
+    const double underlying = settlementOf(day, underlyingKey, underlyingPrice(*detail));
+    const double intrinsic = utils::isUsable(underlying) && utils::isUsable(strike)
+                                 ? (detail->call ? underlying - strike : strike - underlying)
+                                 : 0.0;
+    const int valueDay = toInt(market::CSessionClock::nextTradingDay(toDate(day.tradingDay)));
+    const int sellableDay = toInt(market::CSessionClock::nextTradingDay(toDate(valueDay)));
+    auto pending = [&](double cash, long long shares) {
+        auto d = std::make_unique<Delivery>();
+        d->accountKey = account.info->getKey();
+        d->etfKey = shares != 0 ? underlyingKey : std::string();
+        d->shares = shares;
+        d->cash = cash;
+        d->valueDay = valueDay;
+        d->sellableDay = sellableDay;
+        return d;
+    };
+    auto queue = [&](std::unique_ptr<Delivery> d, const std::string& kind, double amount, const std::string& note) {
+        record(account, day.tradingDay, kind, detail.get(), volume, strike, amount, valueDay, note, out, d.get());
+        d->recordId = padded('J', m_recordSeq);  // the number record() just gave
+        m_deliveries.push_back(std::move(d));
+    };
+    auto etfPosition = [&]() -> boost::shared_ptr<nqservice::CPositionStatics> {
+        auto found = account.positions.find(positionKey(underlyingKey, kLong));
+        return found == account.positions.end() ? boost::shared_ptr<nqservice::CPositionStatics>() : found->second;
+    };
+    const long long shares = static_cast<long long>(std::llround(unit)) * volume;
+
+    if (detail->kind == nqservice::IK_FUTURE_OPTION) {
+        // The exchange exercises what is in the money; the desk trades no
+        // futures, so the difference to the futures' settlement is paid in cash.
+        if (intrinsic > kTolerance) {
+            const double amount = round2(intrinsic * unit * static_cast<double>(volume)) * (pos->direction == kLong ? 1 : -1);
+            account.cash = round2(account.cash + amount);
+            record(account, day.tradingDay, "现金结算", detail.get(), volume, strike, amount, 0,
+                   "实值期权按标的期货结算价现金结算", out);
+        } else {
+            record(account, day.tradingDay, "到期作废", detail.get(), volume, strike, 0.0, 0, "虚值期权到期作废", out);
+        }
+    } else if (pos->direction == kLong) {
+        const double fee = CExchangeRules::kStockOptionExerciseFee;
+        if (!m_autoExercise || intrinsic * unit <= fee + kTolerance) {
+            record(account, day.tradingDay, "到期作废", detail.get(), volume, strike, 0.0, 0,
+                   m_autoExercise ? "未达自动行权条件, 到期作废" : "未申报行权, 到期作废", out);
+        } else if (detail->call) {
+            // Pays the strike, receives the shares on E+1.
+            const double amount = -(strike * unit * static_cast<double>(volume) + fee * static_cast<double>(volume));
+            account.fee += fee * static_cast<double>(volume);
+            queue(pending(round2(amount), shares), "行权", amount, "自动行权: 次一交易日交收, 证券再次一交易日可卖出");
+        } else {
+            // Delivers shares it holds free now, receives the strike on E+1.
+            const auto etf = etfPosition();
+            const long long free = etf ? etf->position - etf->frozen - locked(account, positionKey(underlyingKey, kLong)) : 0;
+            const long long exercised = std::min(volume, free / std::max(1LL, static_cast<long long>(std::llround(unit))));
+            if (exercised > 0) {
+                const long long given = static_cast<long long>(std::llround(unit)) * exercised;
+                etf->position -= given;
+                setAvailable(account, *etf);
+                account.touched.push_back(etf);
+                const double amount = strike * unit * static_cast<double>(exercised) - fee * static_cast<double>(exercised);
+                account.fee += fee * static_cast<double>(exercised);
+                queue(pending(round2(amount), 0), "行权", amount, "自动行权: 交付标的证券, 次一交易日收到行权款");
+            }
+            if (exercised < volume) {
+                record(account, day.tradingDay, "到期作废", detail.get(), volume - exercised, strike, 0.0, 0,
+                       "标的证券不足, 未能行权", out);
+            }
+        }
+    } else {
+        // Shorts are assigned when the longs have reason to exercise.
+        const bool covered = pos->direction == kCovered;
+        const auto etf = etfPosition();
+        if (covered && etf) {
+            etf->frozen = std::max(0LL, etf->frozen - shares);  // the covered shares are locked no more
+            setAvailable(account, *etf);
+            account.touched.push_back(etf);
+        }
+        if (intrinsic * unit <= CExchangeRules::kStockOptionExerciseFee + kTolerance) {
+            record(account, day.tradingDay, "到期作废", detail.get(), volume, strike, 0.0, 0, "义务仓到期未被指派", out);
+        } else if (detail->call) {
+            // Delivers the shares; what it lacks is settled in cash at the underlying's settlement.
+            const long long free = etf ? etf->position - etf->frozen - locked(account, positionKey(underlyingKey, kLong)) : 0;
+            const long long given = std::min(shares, std::max(0LL, free));
+            if (given > 0) {
+                etf->position -= given;
+                setAvailable(account, *etf);
+                account.touched.push_back(etf);
+            }
+            const double shortfall = static_cast<double>(shares - given) * underlying;
+            const double amount = strike * unit * static_cast<double>(volume) - shortfall;
+            queue(pending(round2(amount), 0), "被指派", amount,
+                  shares > given ? "交付标的证券, 不足部分按结算价现金结算" : "交付标的证券, 次一交易日收到行权款");
+        } else {
+            const double amount = -strike * unit * static_cast<double>(volume);
+            queue(pending(round2(amount), shares), "被指派", amount, "支付行权款, 次一交易日收到标的证券");
+        }
+    }
+    account.margin = std::max(0.0, account.margin - pos->margin);
+    pos->margin = 0.0;
+    pos->position = 0;
+    pos->todayPosition = 0;
+    pos->frozen = 0;
+    pos->available = 0;
+    account.touched.push_back(pos);
+    account.fundsTouched = true;
+}
+
+PaperResult CPaperBrokerCore::settle(const PaperSettlement& day)
+{
+    PaperResult result;
+    if (day.tradingDay <= m_settledDay) {
+        result.refusal = "该交易日已结算";
+        return result;
+    }
+    settleDay(day, result);
+    return result;
+}
+
+void CPaperBrokerCore::settleDay(const PaperSettlement& day, PaperResult& out)
+{
+    m_settledDay = day.tradingDay;
+    endOfDay(out);
+    settleTasks(out);
+    for (auto& entry : m_accounts) {
+        Account& account = *entry.second;
+        // Combinations the exchange releases: spreads at the end of E-2, the short straddles at the end of E.
+        std::vector<std::string> ids;
+        for (const auto& comb : account.combinations) {
+            ids.push_back(comb.first);
+        }
+        for (const std::string& id : ids) {
+            Combination& comb = *account.combinations.at(id);
+            const auto record_ = *comb.record;
+            const auto one = m_instruments(utils::vqStockKey(record_.market, record_.legOneCode));
+            const StrategyTerms* terms = strategyTerms(record_.strategyCode);
+            if (!one || terms == nullptr || utils::isAbsent(one->expireDate)) {
+                continue;
+            }
+            const int lastDay = terms->vertical ? tradingDaysBefore(one->expireDate, 2) : one->expireDate;
+            if (day.tradingDay >= lastDay) {
+                release(account, comb, record_.volume, out);
+                record(account, day.tradingDay, "组合自动解除", one.get(), record_.volume, 0.0, 0.0, 0,
+                       record_.name + " " + record_.combId + " 由交易所自动解除", out);
+            }
+        }
+        // Options that expire today.
+        std::vector<std::string> expiring;
+        for (const auto& pos : account.positions) {
+            const auto detail = m_instruments(utils::vqStockKey(pos.second->market, pos.second->code));
+            if (detail && detail->isOption() && !utils::isAbsent(detail->expireDate) &&
+                detail->expireDate <= day.tradingDay && pos.second->position > 0) {
+                expiring.push_back(pos.first);
+            }
+        }
+        for (const std::string& key : expiring) {
+            expire(account, key, day, out);
+        }
+        // What stays is marked at the settlement: its floating profit becomes the day's result.
+        double result = 0.0;
+        for (auto& item : account.positions) {
+            auto& pos = item.second;
+            if (pos->position <= 0) {
+                continue;
+            }
+            const std::string stockKey = utils::vqStockKey(pos->market, pos->code);
+            const auto detail = m_instruments(stockKey);
+            const double unit = detail ? unitOf(*detail) : 1.0;
+            const double settle = settlementOf(day, stockKey, pos->lastPrice);
+            const double sign = pos->direction == kLong ? 1.0 : -1.0;
+            result += (settle - pos->avgPrice) * static_cast<double>(pos->position) * unit * sign;
+            pos->avgPrice = settle;
+            pos->lastPrice = settle;
+            pos->floatProfit = 0.0;
+            // The margin of a short from the day's settlement, for the contracts outside combinations.
+            if (detail && detail->isOption() && pos->direction == kShort) {
+                const double underlying = settlementOf(day, detail->underlyingKey(), underlyingPrice(*detail));
+                const double per = CExchangeRules::shortOptionMargin(*detail, settle, underlying);
+                if (utils::isUsable(per)) {
+                    const long long free = pos->position - locked(account, item.first);
+                    const double margin =
+                        round2(per * (1.0 + CExchangeRules::kBrokerMarginMarkup)) * static_cast<double>(free);
+                    account.margin = std::max(0.0, account.margin + margin - pos->margin);
+                    pos->margin = margin;
+                }
+            }
+            account.touched.push_back(pos);
+        }
+        account.fundsTouched = true;
+        record(account, day.tradingDay, "结算", nullptr, 0, 0.0, result, 0,
+               fmt::format("按结算价盯市, 浮动盈亏 {0:.2f} 元转入当日盈亏, 保证金按结算价重算", result), out);
+        revalue(account, out, false);
+    }
+}
+
 std::map<std::string, long long> CPaperBrokerCore::meta() const
 {
     return {{"orderSeq", m_orderSeq},
@@ -1996,6 +2346,8 @@ std::map<std::string, long long> CPaperBrokerCore::meta() const
             {"commandSeq", m_commandSeq},
             {"taskSeq", m_taskSeq},
             {"combSeq", m_combSeq},
+            {"recordSeq", m_recordSeq},
+            {"settledDay", m_settledDay},
             {"tradingDay", m_tradingDay}};
 }
 
@@ -2010,6 +2362,8 @@ void CPaperBrokerCore::setMeta(const std::map<std::string, long long>& values)
     m_commandSeq = std::max(m_commandSeq, get("commandSeq", 0));
     m_taskSeq = std::max(m_taskSeq, get("taskSeq", 0));
     m_combSeq = std::max(m_combSeq, get("combSeq", 0));
+    m_recordSeq = std::max(m_recordSeq, get("recordSeq", 0));
+    m_settledDay = static_cast<int>(get("settledDay", m_settledDay));
     m_tradingDay = static_cast<int>(get("tradingDay", m_tradingDay));
 }
 
@@ -2061,6 +2415,32 @@ void CPaperBrokerCore::restore(int dataType, const std::string& accountKey, cons
         const long long number = id.size() > 1 ? std::atoll(id.c_str() + 1) : 0;
         m_combSeq = std::max(m_combSeq, number);
         account->combinations[id] = std::move(comb);
+        break;
+    }
+    case kPaperSettlementDataType: {
+        auto rec = boost::make_shared<CPaperSettlementRecord>();
+        rec->bsonValueFromObj(record, true, nullptr);
+        rec->account = account->info;
+        account->records[rec->recordId] = rec;
+        const long long number = rec->recordId.size() > 1 ? std::atoll(rec->recordId.c_str() + 1) : 0;
+        m_recordSeq = std::max(m_recordSeq, number);
+        m_deliveries.erase(std::remove_if(m_deliveries.begin(), m_deliveries.end(),
+                                          [&](const std::unique_ptr<Delivery>& d) {
+                                              return d->accountKey == accountKey && d->recordId == rec->recordId;
+                                          }),
+                           m_deliveries.end());
+        if (extra.hasField("stage") && extra.getField("stage").numberInt() != 2) {
+            auto d = std::make_unique<Delivery>();
+            d->accountKey = accountKey;
+            d->recordId = rec->recordId;
+            d->etfKey = extra.getField("etf").str();
+            d->shares = extra.getField("shares").numberLong();
+            d->cash = extra.getField("cash").numberDouble();
+            d->valueDay = extra.getField("valueDay").numberInt();
+            d->sellableDay = extra.getField("sellable").numberInt();
+            d->stage = extra.getField("stage").numberInt();
+            m_deliveries.push_back(std::move(d));
+        }
         break;
     }
     case nqservice::VQ_DATA_TYPE_TASK: {
@@ -2124,6 +2504,11 @@ void CPaperBrokerCore::finishRestore()
             comb.second->record->account = account.info;
             account.locks[comb.second->legOneKey] += comb.second->record->volume;
             account.locks[comb.second->legTwoKey] += comb.second->record->volume;
+        }
+        for (const auto& d : m_deliveries) {
+            if (d->accountKey == entry.first && d->stage == 1) {
+                account.locks[positionKey(d->etfKey, kLong)] += d->shares;
+            }
         }
         for (auto& pos : entry.second->positions) {
             pos.second->account = entry.second->info;

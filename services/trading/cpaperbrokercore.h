@@ -39,6 +39,13 @@ struct PaperChange {
     bool removed = false;  // the record left its table (a position closed out)
 };
 
+// How a trading day ends: its settlement prices by stock key (options and
+// futures; the funds' closing prices).
+struct PaperSettlement {
+    int tradingDay = 0;  // yyyymmdd
+    std::map<std::string, double> prices;
+};
+
 struct PaperResult {
     std::vector<PaperChange> changes;
     std::string refusal;  // UTF-8 reason of a refused command or cancel; empty otherwise
@@ -84,12 +91,26 @@ public:
     // a new trading day starts; positions and funds are valued again.
     PaperResult onClock(long long epochMs);
 
+    // The close of a trading day, in one input: working orders expire, the
+    // combinations the exchange releases that day are released, expiring options
+    // are exercised, assigned or lapse (cash and ETF delivered the next trading
+    // day, the ETF sellable the day after), positions are marked at the
+    // settlement price with their floating profit realised into the day's result,
+    // and margin is recomputed. Each step is a record of kPaperSettlementDataType.
+    // A day already settled is refused; a new trading day settles a day missed
+    // with the books' last prices.
+    PaperResult settle(const PaperSettlement& day);
+    // Automatic exercise of long stock options in the money by more than the
+    // fees; on by default, as brokers offer it.
+    void setAutoExercise(bool on) { m_autoExercise = on; }
+    int settledDay() const { return m_settledDay; }
+
     // --- reads --------------------------------------------------------------
     long long now() const { return m_now; }
     bool hasAccount(const std::string& accountKey) const;
     std::vector<std::string> accountKeys() const;
     boost::shared_ptr<nqservice::CAccountInfo> accountInfo(const std::string& accountKey) const;
-    // Copies of a table of an account: 542, 547, 570, 544 or 1030.
+    // Copies of a table of an account: 542, 547, 570, 544, 1030 or kPaperSettlementDataType.
     std::vector<boost::shared_ptr<nqservice::IData>> table(const std::string& accountKey, int dataType) const;
     boost::shared_ptr<nqservice::CAccountDetail> funds(const std::string& accountKey) const;
     // The most contracts one order of this operation could have now: funds,
@@ -125,6 +146,7 @@ private:
     struct Task;
     struct Combination;
     struct CombinationLegs;
+    struct Delivery;
 
     Account* findAccount(const std::string& key);
     const Account* findAccount(const std::string& key) const;
@@ -163,6 +185,14 @@ private:
     void release(Account& account, Combination& comb, long long volume, PaperResult& out);
     void emitCombination(const Account& account, const Combination& comb, PaperResult& out) const;
     long long locked(const Account& account, const std::string& positionKey) const;
+    void settleDay(const PaperSettlement& day, PaperResult& out);
+    void expire(Account& account, const std::string& positionKey, const PaperSettlement& day, PaperResult& out);
+    // A record of the close; pending deliveries carry what restores them.
+    void record(Account& account, int tradingDay, const std::string& kind, const nqservice::CInstrumentDetail* detail,
+                long long volume, double price, double amount, int valueDay, const std::string& note,
+                PaperResult& out, const Delivery* pending = nullptr);
+    void deliver(int tradingDay, PaperResult& out);
+    double settlementOf(const PaperSettlement& day, const std::string& stockKey, double fallback) const;
     void setAvailable(const Account& account, nqservice::CPositionStatics& pos) const;
     int accountNumber(const std::string& accountKey) const;
     void beginDay(int tradingDay, PaperResult& out);
@@ -194,6 +224,10 @@ private:
     long long m_taskSeq = 0;
     long long m_lastRelease = 0;
     long long m_combSeq = 0;
+    long long m_recordSeq = 0;
+    int m_settledDay = 0;
+    bool m_autoExercise = true;
+    std::vector<std::unique_ptr<Delivery>> m_deliveries;  // cash and shares still to arrive or to free
     std::map<int, std::unique_ptr<Task>> m_tasks;  // by task number
     bool m_halted = false;
 };
