@@ -9,12 +9,14 @@
 #include "app/corderstablemodel.h"
 #include "app/cpositionstablemodel.h"
 #include "app/crecordtable.h"
+#include "app/csettlementstablemodel.h"
 
 #include "seam/common.h"
 #include "seam/logger.h"
 #include "seam/trading.h"
 #include "seam/tradinghelpers.h"
 #include "seam/user.h"
+#include "services/trading/cpapersettlementrecord.h"
 #include "toolkit/cbasetablecolumnpushbuttondelegate.h"
 #include "toolkit/cmessagetip.h"
 #include "toolkit/csmallnonormalbutton.h"
@@ -44,6 +46,7 @@ CAccountsDock::CAccountsDock(QWidget* parent) : QWidget(parent)
     m_positions = new CPositionsTableModel(this);
     m_funds = new CFundsTableModel(this);
     m_combinations = new CCombinationsTableModel(this);
+    m_settlements = new CSettlementsTableModel(this);
 
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName(QStringLiteral("accountsTabs"));
@@ -52,7 +55,8 @@ CAccountsDock::CAccountsDock(QWidget* parent) : QWidget(parent)
                                                                       {m_deals, QStringLiteral("成交")},
                                                                       {m_positions, QStringLiteral("持仓")},
                                                                       {m_funds, QStringLiteral("资金")},
-                                                                      {m_combinations, QStringLiteral("组合持仓")}};
+                                                                      {m_combinations, QStringLiteral("组合持仓")},
+                                                                      {m_settlements, QStringLiteral("交割")}};
     for (int tab = 0; tab < TAB_COUNT; ++tab) {
         m_models[tab] = tabs[tab].first;
         auto* table = new CRecordTable(900 + tab, tabs[tab].first, m_tabs);
@@ -103,7 +107,7 @@ CAccountsDock::CAccountsDock(QWidget* parent) : QWidget(parent)
     connect(m_feed, &CAccountsFeed::sigAccountsChanged, this, [this] {
         const QHash<QString, QString> names = m_feed->accountNames();
         for (CAccountRecordModel* model :
-             std::initializer_list<CAccountRecordModel*>{m_orders, m_deals, m_positions, m_funds, m_combinations}) {
+             std::initializer_list<CAccountRecordModel*>{m_orders, m_deals, m_positions, m_funds, m_combinations, m_settlements}) {
             model->setAccountNames(names);
         }
     });
@@ -158,6 +162,10 @@ void CAccountsDock::onRecords(int dataType, const std::vector<nqservice::IDataPt
         m_combinations->apply(records);
         tab = TAB_COMBINATIONS;
         break;
+    case trading::kPaperSettlementDataType:
+        m_settlements->apply(records);
+        tab = TAB_SETTLEMENTS;
+        break;
     default:
         return;
     }
@@ -208,7 +216,7 @@ void CAccountsDock::onAccountGone(const std::string& accountKey)
         }
     }
     for (CAccountRecordModel* model :
-         std::initializer_list<CAccountRecordModel*>{m_orders, m_deals, m_positions, m_funds, m_combinations}) {
+         std::initializer_list<CAccountRecordModel*>{m_orders, m_deals, m_positions, m_funds, m_combinations, m_settlements}) {
         model->removeAccount(accountKey);
     }
 }

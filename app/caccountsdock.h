@@ -1,6 +1,7 @@
 // The accounts dock "账户": the orders (a "撤单" button on each working one),
-// deals, positions, funds and combination positions ("组合持仓", with
-// "构建组合" and "解除组合") of the user's ready accounts, in tabs of toolkit
+// deals, positions, funds, combination positions ("组合持仓", with
+// "构建组合" and "解除组合") and the steps of the close and expiry ("交割") of
+// the user's ready accounts, in tabs of toolkit
 // tables fed by CAccountsFeed. Destroying it ends its subscriptions.
 #pragma once
 
@@ -24,6 +25,7 @@ class CAccountsFeed;
 class CAccountRecordModel;
 class CCombinationBuildDialog;
 class CCombinationsTableModel;
+class CSettlementsTableModel;
 class CDealsTableModel;
 class CFundsTableModel;
 class COrdersTableModel;
@@ -33,7 +35,7 @@ class CRecordTable;
 class CAccountsDock : public QWidget {
     Q_OBJECT
 public:
-    enum ETab { TAB_ORDERS, TAB_DEALS, TAB_POSITIONS, TAB_FUNDS, TAB_COMBINATIONS, TAB_COUNT };
+    enum ETab { TAB_ORDERS, TAB_DEALS, TAB_POSITIONS, TAB_FUNDS, TAB_COMBINATIONS, TAB_SETTLEMENTS, TAB_COUNT };
 
     // Starts following the ready accounts at once.
     explicit CAccountsDock(QWidget* parent = nullptr);
@@ -46,6 +48,7 @@ public:
     CPositionsTableModel* positionsModel() const { return m_positions; }
     CFundsTableModel* fundsModel() const { return m_funds; }
     CCombinationsTableModel* combinationsModel() const { return m_combinations; }
+    CSettlementsTableModel* settlementsModel() const { return m_settlements; }
     QAbstractButton* buildButton() const { return m_buildButton; }
     QAbstractButton* releaseButton() const { return m_releaseButton; }
     CAccountsFeed* feed() const { return m_feed; }
@@ -72,6 +75,7 @@ private:
     CPositionsTableModel* m_positions = nullptr;
     CFundsTableModel* m_funds = nullptr;
     CCombinationsTableModel* m_combinations = nullptr;
+    CSettlementsTableModel* m_settlements = nullptr;
     QAbstractButton* m_buildButton = nullptr;
     QAbstractButton* m_releaseButton = nullptr;
     CRecordTable* m_tables[TAB_COUNT] = {};

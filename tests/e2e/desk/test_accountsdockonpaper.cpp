@@ -13,11 +13,13 @@
 #include "app/corderstablemodel.h"
 #include "app/cpositionstablemodel.h"
 #include "app/crecordtable.h"
+#include "app/csettlementstablemodel.h"
 #include "e2e/desk/paperdesk.h"
 #include "seam/common.h"
 #include "seam/cpricedata.h"
 #include "seam/cquoteclient.h"
 #include "seam/trading.h"
+#include "services/market/csimexchangeclient.h"
 #include "support/testsupport.h"
 #include "toolkit/cbasetablecolumnpushbuttondelegate.h"
 #include "toolkit/cuiresource.h"
@@ -264,6 +266,52 @@ TEST_F(AccountsDockOnPaper, ACombinationIsFormedByTheBuildDialogAndReleasedByIts
             window->applyTheme(theme);
             QCoreApplication::processEvents();
             window->grab().save(QStringLiteral("%1/combinations-%2.png").arg(shots, theme));
+        }
+    }
+}
+
+TEST_F(AccountsDockOnPaper, TheCloseOfTheDaySettlesThePaperBooksAndShowsItsStepsInTheDeliveryTab)
+{
+    const auto call = paperdesk::atTheMoneyCall();
+    ASSERT_TRUE(call);
+    ASSERT_TRUE(send(call, nqservice::PT_OPPONENT, 0.0, 2));
+    const std::string positionKey = kAccount + "|" + call->key() + "|48";
+    ASSERT_TRUE(testsupport::waitUntil([&] { return dock()->positionsModel()->rowOfKey(positionKey) >= 0; }, 10000));
+    const double settlement = services->exchange()->settlementPrices().value(QString::fromStdString(call->key()));
+    ASSERT_GT(settlement, 0.0);
+
+    services->closeAndAdvance();
+    auto* model = dock()->settlementsModel();
+    auto hasKind = [&](const QString& kind) {
+        for (int row = 0; row < model->rowCount(); ++row) {
+            if (model->index(row, desk::CSettlementsTableModel::COL_KIND).data().toString() == kind &&
+                model->keyOf(row).rfind(kAccount + "|", 0) == 0) {
+                return true;
+            }
+        }
+        return false;
+    };
+    ASSERT_TRUE(testsupport::waitUntil([&] { return hasKind(QStringLiteral("结算")); }, 10000));
+    // The position is marked at the day's settlement price.
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] {
+            const int row = dock()->positionsModel()->rowOfKey(positionKey);
+            return row >= 0 && std::fabs(dock()->positionsModel()->index(row, desk::CPositionsTableModel::COL_AVG_PRICE)
+                                             .data(Qt::DisplayRole)
+                                             .toString()
+                                             .toDouble() -
+                                         settlement) < 1e-4;
+        },
+        10000));
+    dock()->tabs()->setCurrentIndex(desk::CAccountsDock::TAB_SETTLEMENTS);
+    EXPECT_EQ(dock()->tabs()->tabText(desk::CAccountsDock::TAB_SETTLEMENTS), QStringLiteral("交割"));
+    const QString shots = qEnvironmentVariable("OPTDESK_SHOT_DIR");
+    if (!shots.isEmpty()) {
+        window->accountsDock()->raise();
+        for (const QString& theme : {QStringLiteral("dark"), QStringLiteral("light")}) {
+            window->applyTheme(theme);
+            QCoreApplication::processEvents();
+            window->grab().save(QStringLiteral("%1/settlements-%2.png").arg(shots, theme));
         }
     }
 }
