@@ -27,12 +27,29 @@ boost::shared_ptr<nqservice::COrderComandParam> commandOf(const boost::shared_pt
     return command;
 }
 
-// An order whose legs ride in the combination parameter; false when it cannot be filled in.
-bool fillLegs(nqservice::CCodeOrderParam& param, const boost::shared_ptr<nqservice::COptionCombStrategyParam>& legs)
+// A combination order: code "A/B", the strategy's price type, price 0, the legs
+// riding in the combination parameter; null when that cannot be filled in.
+boost::shared_ptr<nqservice::CCodeOrderParam> combinationOrder(
+    nqservice::EOperationType operation, const boost::shared_ptr<nqservice::CAccountInfo>& account,
+    const std::string& strategy, long long volume, const std::string& userName,
+    const boost::shared_ptr<nqservice::COptionCombStrategyParam>& legs)
 {
-    param.extraFlags |= nqservice::VQ_EXTRA_PARAM_OPTION_COMB_STRATEGY;
-    return nqservice::DataHelper::fillExtraParam(param.extraParams, nqservice::VQ_EXTRA_PARAM_OPTION_COMB_STRATEGY,
-                                                 legs);
+    auto param = boost::make_shared<nqservice::CCodeOrderParam>();
+    param->account = account;
+    param->operationType = operation;
+    param->userName = userName;
+    param->hedgeFlag = nqservice::HF_SPECULATION;
+    param->stockInfo.market = legs->marketName;
+    param->stockInfo.code = legs->legTwoCode.empty() ? legs->legOneCode : legs->legOneCode + "/" + legs->legTwoCode;
+    param->volume = volume;
+    param->priceType = nqservice::DataHelper::getOptionCombStrategyPriceType(strategy);
+    param->price = 0.0;
+    param->extraFlags |= nqservice::VQ_EXTRA_PARAM_OPTION_COMB_STRATEGY;
+    if (!nqservice::DataHelper::fillExtraParam(param->extraParams, nqservice::VQ_EXTRA_PARAM_OPTION_COMB_STRATEGY,
+                                               legs)) {
+        return nullptr;
+    }
+    return param;
 }
 
 }  // namespace
@@ -104,18 +121,6 @@ boost::shared_ptr<nqservice::COrderComandParam> CCombinationCommand::build(const
         say(why, QStringLiteral("组合数量必须大于0"));
         return nullptr;
     }
-    auto param = boost::make_shared<nqservice::CCodeOrderParam>();
-    param->account = one.account;
-    param->operationType = nqservice::OT_COMB_STRATEGY_BUILD;
-    param->userName = userName;
-    param->hedgeFlag = nqservice::HF_SPECULATION;
-    param->stockInfo.market = one.market;
-    param->stockInfo.code = one.code + "/" + two.code;
-    param->stockInfo.textField2 = strategy.toStdString();
-    param->stockInfo.name = strategyName(strategy).toStdString();
-    param->volume = volume;
-    param->priceType = nqservice::DataHelper::getOptionCombStrategyPriceType(strategy.toStdString());
-    param->price = 0.0;
     auto legs = boost::make_shared<nqservice::COptionCombStrategyParam>();
     legs->marketName = one.market;
     legs->legOneCode = one.code;
@@ -124,10 +129,14 @@ boost::shared_ptr<nqservice::COrderComandParam> CCombinationCommand::build(const
     legs->legTwoCode = two.code;
     legs->legTwoType = two.direction;
     legs->legTwoExtra = static_cast<int>(volume);
-    if (!fillLegs(*param, legs)) {
+    auto param = combinationOrder(nqservice::OT_COMB_STRATEGY_BUILD, one.account, strategy.toStdString(), volume,
+                                  userName, legs);
+    if (!param) {
         say(why, QStringLiteral("组合策略参数填充失败"));
         return nullptr;
     }
+    param->stockInfo.textField2 = strategy.toStdString();
+    param->stockInfo.name = strategyName(strategy).toStdString();
     return commandOf(param);
 }
 
@@ -142,17 +151,6 @@ boost::shared_ptr<nqservice::COrderComandParam> CCombinationCommand::release(
         say(why, QStringLiteral("可解除数量不足"));
         return nullptr;
     }
-    auto param = boost::make_shared<nqservice::CCodeOrderParam>();
-    param->account = detail.account;
-    param->operationType = nqservice::OT_COMB_STRATEGY_RELEASE;
-    param->userName = userName;
-    param->hedgeFlag = nqservice::HF_SPECULATION;
-    param->stockInfo.market = detail.market;
-    param->stockInfo.code = detail.legTwoCode.empty() ? detail.legOneCode : detail.legOneCode + "/" + detail.legTwoCode;
-    param->stockInfo.name = detail.name;
-    param->volume = volume;
-    param->priceType = nqservice::DataHelper::getOptionCombStrategyPriceType(detail.strategyCode);
-    param->price = 0.0;
     auto legs = boost::make_shared<nqservice::COptionCombStrategyParam>();
     legs->marketName = detail.market;
     legs->legOneCode = detail.legOneCode;
@@ -161,10 +159,13 @@ boost::shared_ptr<nqservice::COrderComandParam> CCombinationCommand::release(
     legs->legTwoCode = detail.legTwoCode;
     legs->legTwoType = detail.legTwoType;
     legs->legTwoExtra = detail.legTwoExtra;
-    if (!fillLegs(*param, legs)) {
+    auto param = combinationOrder(nqservice::OT_COMB_STRATEGY_RELEASE, detail.account, detail.strategyCode, volume,
+                                  userName, legs);
+    if (!param) {
         say(why, QStringLiteral("组合策略参数填充失败"));
         return nullptr;
     }
+    param->stockInfo.name = detail.name;
     param->combPositionKey = detail.combId;
     return commandOf(param);
 }
