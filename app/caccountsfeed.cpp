@@ -1,5 +1,7 @@
 #include "app/caccountsfeed.h"
 
+#include "services/trading/cpapersettlementrecord.h"
+
 #include "seam/common.h"
 #include "seam/logger.h"
 #include "seam/trading.h"
@@ -84,7 +86,9 @@ const std::vector<int>& CAccountsFeed::dataTypes()
 {
     static const std::vector<int> s_types = {nqservice::VQ_DATA_TYPE_ORDER, nqservice::VQ_DATA_TYPE_QUICK_ORDER,
                                              nqservice::VQ_DATA_TYPE_POSITION_STATICS,
-                                             nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL};
+                                             nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL,
+                                             nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION,
+                                             trading::kPaperSettlementDataType};
     return s_types;
 }
 

@@ -229,7 +229,24 @@ void CDeskServices::checkTradingDate()
         next = market::CSessionClock::isTradingDay(now.date()) ? now.date()
                                                                 : market::CSessionClock::nextTradingDay(now.date());
     }
+    settleBroker();
     rollTo(next, preOpenTime());
+}
+
+void CDeskServices::settleBroker()
+{
+    if (!m_broker || !m_exchange) {
+        return;
+    }
+    // The paper books close at the day's settlement prices before the market moves on.
+    trading::PaperSettlement day;
+    day.tradingDay = m_tradingDate.year() * 10000 + m_tradingDate.month() * 100 + m_tradingDate.day();
+    const QHash<QString, double> prices = m_exchange->settlementPrices();
+    for (auto it = prices.begin(); it != prices.end(); ++it) {
+        day.prices[it.key().toStdString()] = it.value();
+    }
+    m_broker->settle(day);
+    m_broker->flush();
 }
 
 void CDeskServices::closeAndAdvance()
@@ -243,6 +260,7 @@ void CDeskServices::closeAndAdvance()
     if (market::CSimMarket* feed = m_quotes->feed()) {
         feed->publishRound();
     }
+    settleBroker();
     rollTo(market::CSessionClock::nextTradingDay(m_tradingDate), openTime());
 }
 

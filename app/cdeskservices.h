@@ -96,6 +96,8 @@ private:
     // Moves the market to a later trading day and the clock to `startsAt` on it
     // when the clock is earlier.
     void rollTo(const QDate& date, const QTime& startsAt);
+    // Settles the paper broker's day at the market's settlement prices.
+    void settleBroker();
     void saveState();
 
     market::CSimClock* m_clock = nullptr;

@@ -1,10 +1,12 @@
 // The paper broker: a command to the order record in a subscriber's hands
 // (ledger commit included), orders per second through the whole path, a quote
-// round of a whole universe against 10,000 working orders, and memory per kept order.
+// round of a whole universe against 10,000 working orders, memory per kept
+// order, and the close of a day over 10,000 positions in one ledger transaction.
 #include "tests/services/trading/paperfixture.h"
 
 #include "services/trading/cpaperbroker.h"
 #include "services/trading/cpaperbrokercore.h"
+#include "services/trading/cpaperledger.h"
 
 #include "bench/widgetbench.h"
 
@@ -72,6 +74,16 @@ nqservice::COrderComandParam restingBuy()
     return command({order(richFutures(), kMealCall, nqservice::OT_OPEN_LONG, nqservice::PT_FIX, 50.0, 1)});
 }
 
+using Universe = std::map<std::string, std::shared_ptr<nqservice::CInstrumentDetail>>;
+
+trading::CPaperBrokerCore::InstrumentLookup lookupIn(const Universe& universe)
+{
+    return [&universe](const std::string& key) {
+        auto it = universe.find(key);
+        return it == universe.end() ? std::shared_ptr<nqservice::CInstrumentDetail>() : it->second;
+    };
+}
+
 void BM_CommandToSubscriber(benchmark::State& state)
 {
     QTemporaryDir dir;
@@ -132,7 +144,7 @@ BENCHMARK(BM_SustainedOrders)->Arg(20000)->Iterations(2)->Unit(benchmark::kMilli
 // A universe of 1,100 options with 10,000 working orders none of the quotes cross.
 void BM_QuoteRoundAgainstWorking(benchmark::State& state)
 {
-    std::map<std::string, std::shared_ptr<nqservice::CInstrumentDetail>> universe;
+    Universe universe;
     Market market;
     universe[kEtf] = market.find(kEtf);
     std::vector<std::string> keys;
@@ -143,10 +155,7 @@ void BM_QuoteRoundAgainstWorking(benchmark::State& state)
         universe[detail->key()] = detail;
         keys.push_back(detail->key());
     }
-    trading::CPaperBrokerCore core([&universe](const std::string& key) {
-        auto it = universe.find(key);
-        return it == universe.end() ? std::shared_ptr<nqservice::CInstrumentDetail>() : it->second;
-    });
+    trading::CPaperBrokerCore core(lookupIn(universe));
     trading::PaperResult opening;
     const auto account = stockAccount("SO001", 1e12);
     core.openAccount(account, opening);
@@ -176,6 +185,75 @@ void BM_QuoteRoundAgainstWorking(benchmark::State& state)
     }
 }
 BENCHMARK(BM_QuoteRoundAgainstWorking)->Unit(benchmark::kMillisecond);
+
+// The close of a day: 10,000 positions over 50 accounts marked, margined and
+// recorded by one settle, its changes committed in one transaction. Each round
+// settles the next day of the same books. Target: 200 ms.
+void BM_CloseOfTheDay(benchmark::State& state)
+{
+    Universe universe;
+    Market market;
+    universe[kEtf] = market.find(kEtf);
+    std::vector<std::string> keys;
+    for (int i = 0; i < 100; ++i) {
+        auto detail = std::make_shared<nqservice::CInstrumentDetail>(*market.find(i % 2 == 0 ? kCall : kPut));
+        detail->code = std::to_string(10002000 + i);
+        detail->exercisePrice = 2.5 + 0.05 * (i / 2);
+        universe[detail->key()] = detail;
+        keys.push_back(detail->key());
+    }
+    trading::CPaperBrokerCore core(lookupIn(universe));
+    trading::PaperResult opening;
+    std::vector<trading::PaperAccountTerms> accounts;
+    for (int a = 0; a < 50; ++a) {
+        accounts.push_back(stockAccount("SO" + std::to_string(100 + a), 1e10));
+        core.openAccount(accounts.back(), opening);
+        core.setLoggedIn(accounts.back().info->getKey(), true);
+    }
+    core.onClock(at(10, 0));
+    for (const std::string& key : keys) {
+        core.onQuote(quote(key, 0.1000, 0.1002, 100000));
+    }
+    // Each account long and short every option: 200 positions an account.
+    for (const auto& account : accounts) {
+        for (const std::string& key : keys) {
+            core.submit(command({order(account, key, nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.1002, 1),
+                                 order(account, key, nqservice::OT_SELL_OPEN, nqservice::PT_FIX, 0.1000, 1)}));
+        }
+    }
+    long long positions = 0;
+    for (const auto& account : accounts) {
+        positions += static_cast<long long>(core.table(account.info->getKey(), nqservice::VQ_DATA_TYPE_POSITION_STATICS).size()) - 1;
+    }
+    if (positions < 10000) {
+        state.SkipWithError("positions were not opened");
+        return;
+    }
+    QTemporaryDir dir;
+    trading::CPaperLedger ledger(dir.filePath(QStringLiteral("close.sqlite")));
+    QString report;
+    ledger.open(&report);
+    state.counters["positions"] = static_cast<double>(positions);
+    QDate day(2026, 11, 24);
+    std::size_t changes = 0;
+    for (auto _ : state) {
+        trading::PaperSettlement settlement;
+        settlement.tradingDay = day.year() * 10000 + day.month() * 100 + day.day();
+        for (const std::string& key : keys) {
+            settlement.prices[key] = 0.1001;
+        }
+        const trading::PaperResult result = core.settle(settlement);
+        std::string error;
+        if (!result.accepted() || !ledger.commit(result.changes, core.meta(), &error)) {
+            state.SkipWithError("the close was not committed");
+            return;
+        }
+        changes = result.changes.size();
+        day = day.addDays(1);
+    }
+    state.counters["changes"] = static_cast<double>(changes);
+}
+BENCHMARK(BM_CloseOfTheDay)->Iterations(5)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_MemoryPerKeptOrder(benchmark::State& state)
 {

@@ -7,6 +7,7 @@
 #include "seam/logger.h"
 #include "seam/marketenums.h"
 #include "services/trading/cpaperledger.h"
+#include "services/trading/cpapersettlementrecord.h"
 
 #include <fmt/format.h>
 
@@ -92,8 +93,9 @@ bool CPaperBroker::start(QString* report)
         // The mirror starts as the books stand.
         std::lock_guard<std::mutex> mirror(m_mirrorMutex);
         for (const std::string& key : m_core->accountKeys()) {
-            for (int type : {nqservice::VQ_DATA_TYPE_ORDER, nqservice::VQ_DATA_TYPE_QUICK_ORDER,
-                             nqservice::VQ_DATA_TYPE_POSITION_STATICS, nqservice::VQ_DATA_TYPE_TASK}) {
+            for (int type : std::initializer_list<int>{nqservice::VQ_DATA_TYPE_ORDER, nqservice::VQ_DATA_TYPE_QUICK_ORDER,
+                             nqservice::VQ_DATA_TYPE_POSITION_STATICS, nqservice::VQ_DATA_TYPE_TASK,
+                             nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION, kPaperSettlementDataType}) {
                 auto& table = m_mirror[{key, type}];
                 for (const auto& record : m_core->table(key, type)) {
                     table[record->getKey()] = record;
@@ -298,6 +300,16 @@ void CPaperBroker::queryVolume(const std::string& accountKey, const std::string&
         });
 }
 
+void CPaperBroker::settle(const PaperSettlement& day, CommandDone done)
+{
+    post([day](CPaperBrokerCore& core) { return core.settle(day); }, std::move(done));
+}
+
+void CPaperBroker::refreshCombinations(const std::string& accountKey, CommandDone done)
+{
+    post([accountKey](CPaperBrokerCore& core) { return core.refreshCombinations(accountKey); }, std::move(done));
+}
+
 void CPaperBroker::flush()
 {
     std::unique_lock<std::mutex> lock(m_queueMutex);
@@ -457,8 +469,9 @@ void CPaperBroker::publish(const PaperChange& change)
             }
         }
     }
-    if (change.removed && change.dataType != nqservice::VQ_DATA_TYPE_POSITION_STATICS) {
-        return;  // a position closed out is published at volume 0 so that views drop it
+    if (change.removed && change.dataType != nqservice::VQ_DATA_TYPE_POSITION_STATICS &&
+        change.dataType != nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION) {
+        return;  // a position closed out, a combination released are published at volume 0 so that views drop them
     }
     std::vector<Subscriber> subscribers;
     {

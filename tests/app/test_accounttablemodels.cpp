@@ -4,6 +4,8 @@
 #include "app/cfundstablemodel.h"
 #include "app/corderstablemodel.h"
 #include "app/cpositionstablemodel.h"
+#include "app/csettlementstablemodel.h"
+#include "services/trading/cpapersettlementrecord.h"
 #include "support/testsupport.h"
 #include "toolkit/ctablecellmodel.h"
 
@@ -221,4 +223,36 @@ TEST(OrdersTableModel, ABurstOfNewOrdersEntersAtTheTopInOneInsertionAndALateOlde
     for (int row = 0; row < model.rowCount(); ++row) {
         EXPECT_EQ(model.rowOfKey(model.keyOf(row)), row);
     }
+}
+
+TEST(SettlementsTableModel, ShowsTheStepsOfTheCloseLatestFirst)
+{
+    desk::CSettlementsTableModel model;
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const auto account = makeAccount("A1", "模拟一");
+    model.setAccountNames({{QStringLiteral("A1"), QStringLiteral("模拟一")}});
+    auto step = [&](const std::string& id, const std::string& kind, double amount, int valueDay) {
+        auto rec = boost::make_shared<trading::CPaperSettlementRecord>();
+        rec->account = account;
+        rec->recordId = id;
+        rec->tradingDay = 20261125;
+        rec->kind = kind;
+        rec->code = "10000001";
+        rec->volume = 2;
+        rec->price = 3.0;
+        rec->amount = amount;
+        rec->valueDay = valueDay;
+        rec->note = "自动行权";
+        return rec;
+    };
+    model.apply({step("J00000002", "行权", -60001.2, 20261126), step("J00000001", "结算", 120.0, 0)});
+    ASSERT_EQ(model.rowCount(), 2);
+    EXPECT_EQ(model.keyOf(0), "A1|J00000002");
+    EXPECT_EQ(text(model, 0, desk::CSettlementsTableModel::COL_KIND), QStringLiteral("行权"));
+    EXPECT_EQ(text(model, 0, desk::CSettlementsTableModel::COL_DAY), QStringLiteral("2026-11-25"));
+    EXPECT_EQ(text(model, 0, desk::CSettlementsTableModel::COL_VALUE_DAY), QStringLiteral("2026-11-26"));
+    EXPECT_EQ(text(model, 1, desk::CSettlementsTableModel::COL_VALUE_DAY), QString());
+    EXPECT_EQ(text(model, 0, desk::CSettlementsTableModel::COL_ACCOUNT), QStringLiteral("模拟一"));
+    EXPECT_EQ(colorKey(model, 0, desk::CSettlementsTableModel::COL_AMOUNT), QStringLiteral("clr_global_fall"));
+    EXPECT_EQ(colorKey(model, 1, desk::CSettlementsTableModel::COL_AMOUNT), QStringLiteral("clr_global_rise"));
 }

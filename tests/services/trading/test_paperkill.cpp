@@ -6,6 +6,7 @@
 
 #include "services/trading/cpaperbrokercore.h"
 #include "services/trading/cpaperledger.h"
+#include "services/trading/cpapersettlementrecord.h"
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,12 @@
 #include <map>
 #include <random>
 #include <set>
+#include <chrono>
+#include <thread>
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace paperfixture;
 
@@ -140,3 +147,132 @@ TEST(PaperKill, WhatASubscriberSawSurvivesKillNine)
 }
 
 }  // namespace
+
+namespace {
+
+// The books of many accounts, each long and short four options, for a close.
+constexpr int kCloseAccounts = 100;
+constexpr int kCloseDay = 20261124;
+
+std::vector<std::string> closeOptions() { return {kCall, kPut, kCall31, kPut31}; }
+
+void buildBooks(trading::CPaperBrokerCore& core, trading::PaperResult& out)
+{
+    for (int a = 0; a < kCloseAccounts; ++a) {
+        core.openAccount(stockAccount("SO" + std::to_string(1000 + a)), out);
+        core.setLoggedIn("SO" + std::to_string(1000 + a), true);
+    }
+    auto keep = [&out](const trading::PaperResult& result) {
+        out.changes.insert(out.changes.end(), result.changes.begin(), result.changes.end());
+    };
+    keep(core.onClock(at(10, 0)));
+    for (const std::string& key : closeOptions()) {
+        keep(core.onQuote(quote(key, 0.0500, 0.0502, 100000)));
+    }
+    for (int a = 0; a < kCloseAccounts; ++a) {
+        const auto terms = stockAccount("SO" + std::to_string(1000 + a));
+        for (const std::string& key : closeOptions()) {
+            keep(core.submit(command({order(terms, key, nqservice::OT_BUY_OPEN, nqservice::PT_FIX, 0.0502, 1),
+                                      order(terms, key, nqservice::OT_SELL_OPEN, nqservice::PT_FIX, 0.0500, 1)})));
+        }
+    }
+}
+
+}  // namespace
+
+TEST(PaperKill, AKillDuringTheCloseLeavesItWhollyDoneOrNotDoneAtAll)
+{
+    std::mt19937 random(777U);
+    int done = 0;
+    int notDone = 0;
+    long long commitUs = 0;  // how long the close's commit takes, from the first round
+    for (int round = 0; round < 10; ++round) {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("paper.sqlite"));
+        int ready[2];
+        ASSERT_EQ(pipe(ready), 0);
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            // The books committed, then the close: one settle, one commit.
+            Market market;
+            trading::CPaperBrokerCore core(market.lookup());
+            trading::CPaperLedger ledger(path);
+            QString report;
+            trading::PaperResult books;
+            if (!ledger.open(&report)) {
+                _exit(2);
+            }
+            buildBooks(core, books);
+            std::string error;
+            if (!ledger.commit(books.changes, core.meta(), &error)) {
+                _exit(3);
+            }
+            trading::PaperSettlement day;
+            day.tradingDay = kCloseDay;
+            for (const std::string& key : closeOptions()) {
+                day.prices[key] = 0.0700;
+            }
+            const trading::PaperResult close = core.settle(day);
+            if (write(ready[1], "R", 1) != 1) {
+                _exit(4);
+            }
+            ledger.commit(close.changes, core.meta(), &error);
+            _exit(write(ready[1], "D", 1) == 1 ? 0 : 5);
+        }
+        close(ready[1]);
+        char byte = 0;
+        ASSERT_EQ(read(ready[0], &byte, 1), 1);
+        int status = 0;
+        if (round == 0) {
+            // The first round runs to its end: it tells how long the commit takes.
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_EQ(read(ready[0], &byte, 1), 1);
+            commitUs = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start)
+                           .count();
+            waitpid(child, &status, 0);
+        } else {
+            // Killed while it commits the close, or just before or after.
+            std::this_thread::sleep_for(
+                std::chrono::microseconds(random() % static_cast<unsigned long long>(std::max(1LL, commitUs * 2))));
+            kill(child, SIGKILL);
+            waitpid(child, &status, 0);
+        }
+        close(ready[0]);
+
+        Market market;
+        trading::CPaperBrokerCore restored(market.lookup());
+        trading::CPaperLedger ledger(path);
+        QString report;
+        ASSERT_TRUE(ledger.open(&report)) << report.toStdString();
+        std::map<std::string, long long> meta;
+        std::string error;
+        ASSERT_TRUE(ledger.load(
+            [&](int type, const std::string& account, const bson::BSONObj& record, const bson::BSONObj& extra) {
+                restored.restore(type, account, record, extra);
+            },
+            meta, &error))
+            << error;
+        restored.setMeta(meta);
+        restored.finishRestore();
+        const bool settled = restored.settledDay() == kCloseDay;
+        settled ? ++done : ++notDone;
+        int marked = 0;
+        int records = 0;
+        for (const std::string& account : restored.accountKeys()) {
+            records += static_cast<int>(restored.table(account, trading::kPaperSettlementDataType).size());
+            for (const auto& row : restored.table(account, nqservice::VQ_DATA_TYPE_POSITION_STATICS)) {
+                const auto pos = boost::dynamic_pointer_cast<nqservice::CPositionStatics>(row);
+                if (pos->code != "510050" && std::fabs(pos->avgPrice - 0.0700) < 1e-9) {
+                    ++marked;
+                }
+            }
+        }
+        ASSERT_EQ(static_cast<int>(restored.accountKeys().size()), kCloseAccounts);
+        // All or nothing: every position marked and every account's record, or none.
+        EXPECT_EQ(marked, settled ? kCloseAccounts * 8 : 0) << "round " << round;
+        EXPECT_EQ(records, settled ? kCloseAccounts : 0) << "round " << round;
+    }
+    std::printf("close killed: %d done, %d not done (commit %lld us)\n", done, notDone, commitUs);
+    EXPECT_GE(done, 1) << "the close that ran to its end is in the ledger";
+}
