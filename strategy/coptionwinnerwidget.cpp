@@ -206,6 +206,7 @@ void COptionWinnerWidget::buildCandidates()
         table->addRecord(row);
     }
     table->updateTable();
+    table->fitColumns();
 }
 
 void COptionWinnerWidget::rebuild()
