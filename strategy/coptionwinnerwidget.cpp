@@ -3,6 +3,7 @@
 #include "seam/cexchangeclient.h"
 #include "seam/common.h"
 #include "seam/uievents.h"
+#include "order/cstkoptionorderdialog.h"
 #include "seam/user.h"
 #include "strategy/coptionwinnertable.h"
 #include "strategy/cprofitlossanalysiswidget.h"
@@ -156,6 +157,11 @@ void COptionWinnerWidget::setAnalysisWidget(CProfitLossAnalysisWidget* widget)
 {
     analysisWidget = widget;
     fillAnalysis(checkedRecord());
+}
+
+CStkOptionOrderDialog* COptionWinnerWidget::lastOrderDialog() const
+{
+    return qobject_cast<CStkOptionOrderDialog*>(orderDialog.data());
 }
 
 int COptionWinnerWidget::dirtyKeyCount() const
@@ -329,9 +335,12 @@ void COptionWinnerWidget::quickOrder()
                                  QMessageBox::StandardButton(1024));
         return;
     }
-    // The quick order dialog of the strategy pages comes with the order entry's next step.
-    WG::CMessageBox::warning(nullptr, this, QStringLiteral("提示"),
-                             QStringLiteral("快速下单暂不可用: 策略下单对话框尚未提供"), QMessageBox::Ok);
+    // A dialog per press, the widget its parent; it stays where the window system puts it.
+    auto* dialog = new CStkOptionOrderDialog(legs.size(), this);
+    dialog->setLegs(legs);
+    dialog->show();
+    dialog->raise();
+    orderDialog = dialog;
 }
 
 bool COptionWinnerWidget::handleEvent(int code, int id, int arg, QString text, void* data)

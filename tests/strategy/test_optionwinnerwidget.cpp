@@ -5,6 +5,7 @@
 #include "strategy/winnerfixture.h"
 
 #include "seam/uievents.h"
+#include "order/cstkoptionorderdialog.h"
 #include "strategy/coptionwinnertable.h"
 #include "strategy/coptionwinnerwidget.h"
 #include "strategy/cprofitlossanalysiswidget.h"
@@ -282,6 +283,37 @@ TEST_F(OptionWinnerWidgetTest, QuickOrderIsSilentForRolesThatOrderNothing)
         winner->handleEvent(WG::UE_BUTTON_CLICKED, COptionWinnerWidget::WID_QUICK_ORDER, 0, QString(), nullptr);
     }
     EXPECT_EQ(hook.count(), 0);
+}
+
+TEST_F(OptionWinnerWidgetTest, QuickOrderOpensTheDialogWithTheCheckedCandidatesLegs)
+{
+    chooseForecast(TC::WPD_RANGE);
+    table->radioOf(3)->click();
+    WG::CMessageBox::TestHook hook;
+    winner->handleEvent(WG::UE_BUTTON_CLICKED, COptionWinnerWidget::WID_QUICK_ORDER, 0, QString(), nullptr);
+    EXPECT_EQ(hook.count(), 0);
+    TC::CStkOptionOrderDialog* dialog = winner->lastOrderDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_EQ(dialog->parentWidget(), winner);
+    EXPECT_EQ(dialog->getLegCount(), 2);
+    const QList<TC::CStrategyStockData> legs = winner->checkedLegs();
+    ASSERT_EQ(legs.size(), 2);
+    EXPECT_EQ(legs.at(0).code, key("10000021"));
+    EXPECT_EQ(legs.at(1).code, key("10000012"));
+    EXPECT_EQ(legs.at(0).operation, nqservice::OT_SELL);
+    EXPECT_EQ(legs.at(0).quantity, 1);
+    EXPECT_EQ(legs.at(1).name, QStringLiteral("50ETF购11月3100"));
+    delete dialog;
+}
+
+TEST_F(OptionWinnerWidgetTest, QuickOrderOfASingleOptionHasOneLeg)
+{
+    winner->handleEvent(WG::UE_BUTTON_CLICKED, COptionWinnerWidget::WID_QUICK_ORDER, 0, QString(), nullptr);
+    ASSERT_NE(winner->lastOrderDialog(), nullptr);
+    ASSERT_EQ(winner->checkedLegs().size(), 1);
+    EXPECT_EQ(winner->checkedLegs().at(0).operation, nqservice::OT_BUY);
+    delete winner->lastOrderDialog();
 }
 
 TEST_F(OptionWinnerWidgetTest, TheLayoutIsKeptButNotTheChoice)
