@@ -126,20 +126,18 @@ QList<CStrategyStockData> COptionWinnerWidget::checkedLegs() const
     if (!record) {
         return legs;
     }
-    CStrategyStockData one;
-    one.code = record->codeOne;
-    one.name = record->nameOne;
-    one.operation = static_cast<nqservice::EOperationType>(record->operationOne);
-    one.quantity = record->quantityOne;
-    legs << one;
+    const auto leg = [](const QString& code, const QString& name, int operation, int quantity) {
+        CStrategyStockData out;
+        out.code = code;
+        out.name = name;
+        out.operation = static_cast<nqservice::EOperationType>(operation);
+        out.quantity = quantity;
+        return out;
+    };
+    legs << leg(record->codeOne, record->nameOne, record->operationOne, record->quantityOne);
     const int direction = getPredictDirection();
     if (direction == WPD_BREAK || direction == WPD_RANGE) {
-        CStrategyStockData two;
-        two.code = record->codeTwo;
-        two.name = record->nameTwo;
-        two.operation = static_cast<nqservice::EOperationType>(record->operationTwo);
-        two.quantity = record->quantityTwo;
-        legs << two;
+        legs << leg(record->codeTwo, record->nameTwo, record->operationTwo, record->quantityTwo);
     }
     return legs;
 }
