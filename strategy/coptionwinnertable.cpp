@@ -93,6 +93,29 @@ void COptionWinnerTable::clear()
     WG::COddEvenRowTable::clear();
 }
 
+void COptionWinnerTable::addRecords(const QList<COptionWinnerTableDataPtr>& records)
+{
+    QSet<QString> fresh;
+    for (const COptionWinnerTableDataPtr& record : records) {
+        if (record && !rowByKey.contains(record->rowKey)) {
+            fresh.insert(record->rowKey);
+        }
+    }
+    QVector<int> ids = setRowCount(rowCount() + fresh.size());
+    int next = ids.size() - fresh.size();
+    for (const COptionWinnerTableDataPtr& record : records) {
+        if (!record) {
+            continue;
+        }
+        int row = rowByKey.value(record->rowKey, -1);
+        if (row < 0) {
+            row = ids.at(next++);
+            rowByKey.insert(record->rowKey, row);
+        }
+        placeRecord(row, record, fresh.remove(record->rowKey));
+    }
+}
+
 int COptionWinnerTable::addRecord(const COptionWinnerTableDataPtr& record)
 {
     if (!record) {
@@ -104,6 +127,12 @@ int COptionWinnerTable::addRecord(const COptionWinnerTableDataPtr& record)
         row = appendRow();
         rowByKey.insert(record->rowKey, row);
     }
+    placeRecord(row, record, fresh);
+    return row;
+}
+
+void COptionWinnerTable::placeRecord(int row, const COptionWinnerTableDataPtr& record, bool fresh)
+{
     rows.insert(row, record);
     if (!record->codeOne.isEmpty()) {
         rowsByCode[record->codeOne].insert(row);
@@ -121,7 +150,6 @@ int COptionWinnerTable::addRecord(const COptionWinnerTableDataPtr& record)
     }
     applyColorKeys(row);
     updateRow(row);
-    return row;
 }
 
 WG::CRadioButton* COptionWinnerTable::radioOf(int row) const

@@ -51,6 +51,9 @@ public:
     // Adds a candidate, or replaces the one of the same row key; returns the
     // row id. The first row (id 0) is checked as it is added.
     int addRecord(const COptionWinnerTableDataPtr& record);
+    // Adds many candidates with one insertion of rows, as addRecord would one
+    // by one: a rebuild inserts every row at once instead of a row per record.
+    void addRecords(const QList<COptionWinnerTableDataPtr>& records);
     // Column widths for the rows shown, the money columns wide enough for
     // figures that come with the first quotes.
     void fitColumns();
@@ -74,6 +77,8 @@ public:
 
 private:
     void setupColumns();
+    // Files the record under its row; a fresh row gets its radio button.
+    void placeRecord(int row, const COptionWinnerTableDataPtr& record, bool fresh);
     void applyColorKeys(int row);
     void writeNumber(int row, int column, double value, int decimals, bool known);
 

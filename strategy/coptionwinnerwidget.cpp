@@ -206,9 +206,7 @@ void COptionWinnerWidget::buildCandidates()
     for (const QString& key : candidates.passedKeys) {
         subscribe(key);
     }
-    for (const COptionWinnerTableDataPtr& row : candidates.rows) {
-        table->addRecord(row);
-    }
+    table->addRecords(candidates.rows);
     table->updateTable();
     table->fitColumns();
 }

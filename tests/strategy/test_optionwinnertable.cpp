@@ -184,6 +184,30 @@ TEST_F(OptionWinnerTableTest, ARecordOfAKnownKeyReplacesItsRow)
     EXPECT_EQ(table->rowOfKey(QStringLiteral("10000010.SH")), 0);
 }
 
+TEST_F(OptionWinnerTableTest, ManyRecordsAtOnceAsOneByOne)
+{
+    table->addRecord(single(QStringLiteral("10000010.SH"), 18));
+    auto again = single(QStringLiteral("10000010.SH"), 18);
+    again->nameOne = QStringLiteral("renamed");
+    table->addRecords({single(QStringLiteral("10000011.SH"), 18), again, single(QStringLiteral("10000012.SH"), 18),
+                       single(QStringLiteral("10000011.SH"), 19)});
+    EXPECT_EQ(table->rowCount(), 3);
+    EXPECT_EQ(table->itemText(0, 1), QStringLiteral("renamed"));
+    EXPECT_EQ(table->rowOfKey(QStringLiteral("10000011.SH")), 1);
+    EXPECT_EQ(table->rowOfKey(QStringLiteral("10000012.SH")), 2);
+    EXPECT_EQ(table->itemText(1, 3), QStringLiteral("卖")) << "the later record of a key replaces the earlier";
+    EXPECT_NE(table->radioOf(2), nullptr);
+    EXPECT_EQ(table->checkedRow(), 0);
+}
+
+TEST_F(OptionWinnerTableTest, TheFirstOfABatchIsChecked)
+{
+    table->addRecords({single(QStringLiteral("10000010.SH"), 18), single(QStringLiteral("10000011.SH"), 18)});
+    EXPECT_EQ(table->checkedRow(), 0);
+    EXPECT_TRUE(table->radioOf(0)->isChecked());
+    EXPECT_FALSE(table->radioOf(1)->isChecked());
+}
+
 TEST_F(OptionWinnerTableTest, ARadioClickChecksItsRowAloneAndTellsTheWidget)
 {
     for (const char* code : {"10000010.SH", "10000011.SH", "10000012.SH"}) {
