@@ -172,12 +172,36 @@ void COptionWinnerTable::setCheckedRow(int row)
 
 void COptionWinnerTable::fitColumns()
 {
-    adjustColumnWidth();
-    const int money = WG::CSimpleText::getSize(QStringLiteral("-100,000.0000"), QStringLiteral("fnt_default_normal_fix")).width() + 12;
+    // A few rows are measured cell by cell. Hundreds keep the widths their
+    // headers gave when the column set was laid out: measuring every cell of a
+    // rebuild costs more than the rows do. Names and money figures then widen
+    // their columns from the longest name and a large figure.
+    if (rowCount() <= 20) {
+        adjustColumnWidth();
+    }
+    const QString font = QStringLiteral("fnt_default_normal_fix");
     const CColumnSet& set = columnsOf(mode);
+    const int money = WG::CSimpleText::getSize(QStringLiteral("-100,000.0000"), font).width() + 12;
     for (int column : {set.net, set.profit, set.loss}) {
         if (columnWidth(column) < money) {
             setColumnWidth(column, money);
+        }
+    }
+    QString longestOne;
+    QString longestTwo;
+    for (const COptionWinnerTableDataPtr& record : qAsConst(rows)) {
+        if (record->nameOne.size() > longestOne.size()) {
+            longestOne = record->nameOne;
+        }
+        if (record->nameTwo.size() > longestTwo.size()) {
+            longestTwo = record->nameTwo;
+        }
+    }
+    const std::pair<int, QString> names[] = {{set.nameOne, longestOne}, {set.nameTwo, longestTwo}};
+    for (const auto& name : names) {
+        const int width = WG::CSimpleText::getSize(name.second, font).width() + 16;
+        if (name.first >= 0 && columnWidth(name.first) < width) {
+            setColumnWidth(name.first, width);
         }
     }
 }
