@@ -3,6 +3,9 @@
 #include "seam/tradingenums.h"
 #include "seam/uievents.h"
 #include "seam/user.h"
+#include "strategy/coptionwinnertable.h"
+#include "strategy/coptionwinnerwidget.h"
+#include "strategy/cprofitlossanalysiswidget.h"
 #include "strategy/cstrategybaskets.h"
 #include "strategy/cstrategymanagetable.h"
 #include "strategy/cstrategymanagetree.h"
@@ -76,6 +79,9 @@ void COptionStrategyPanel::createUi()
     right->addFixedWidget(toolBar, WG::WA_FILL);
     table = new CStrategyManageTable(8, right);
     right->addStretchWidget(table, 1, WG::WA_FILL);
+    winner = new COptionWinnerWidget(right);
+    right->addStretchWidget(winner, 1, WG::WA_FILL);
+    winner->hide();
 
     // The tree keeps its width; the table takes the rest.
     innerSplit->setWidgets(left, right, false, 0);
@@ -86,11 +92,14 @@ void COptionStrategyPanel::createUi()
     bottomList = new WG::CWidgetList(Qt::Vertical, outerSplit);
     bottomList->setMargin(0, 0, 0, 0);
     bottomList->setSpacing(0);
+    analysis = new CProfitLossAnalysisWidget(bottomList);
+    bottomList->addFixedWidget(analysis, WG::WA_FILL);
+    analysis->hide();
+    winner->setAnalysisWidget(analysis);
 
     outerSplit->setSpliterVisible(true);
     outerSplit->setWidgets(innerSplit, bottomList, true, 260);
-    // Without a curve the bottom holds only the winner's analysis: it shows with that face.
-    bottomList->setVisible(curve != nullptr);
+    updateBottomVisibility();
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -108,7 +117,7 @@ WG::CSmallNoNormalButton* COptionStrategyPanel::getToolButton(int id) const
     return nullptr;
 }
 
-bool COptionStrategyPanel::isWinnerFace() const { return table != nullptr && table->isHidden() && winner != nullptr; }
+bool COptionStrategyPanel::isWinnerFace() const { return winner != nullptr && !winner->isHidden(); }
 
 void COptionStrategyPanel::setParam(const QString& param)
 {
@@ -125,6 +134,9 @@ void COptionStrategyPanel::setParam(const QString& param)
         }
         table->adjustColumnWidth();
     }
+    if (parts.size() >= 2 && winner != nullptr && winner->getTable() != nullptr) {
+        winner->getTable()->loadConfigStr(parts.at(1));
+    }
 }
 
 QString COptionStrategyPanel::param()
@@ -132,6 +144,9 @@ QString COptionStrategyPanel::param()
     QStringList parts;
     if (table != nullptr) {
         parts << table->saveConfigStr();
+    }
+    if (winner != nullptr) {
+        parts << (winner->getTable() != nullptr ? winner->getTable()->saveConfigStr() : QString());
     }
     return parts.join(QLatin1Char('|'));
 }
@@ -154,7 +169,27 @@ void COptionStrategyPanel::themeChanged()
 
 void COptionStrategyPanel::clearCurve() {}
 
-void COptionStrategyPanel::reemitWinnerSelection() {}
+void COptionStrategyPanel::reemitWinnerSelection()
+{
+    if (winner == nullptr) {
+        return;
+    }
+    const bool sold = winner->getPredictDirection() == WPD_RANGE;
+    for (const QString& key : winner->getCheckedRowKeys()) {
+        emit sigSelected(true, key);
+        if (sold) {
+            emit sigBSChanged(nqservice::OT_SELL, key);
+        }
+    }
+}
+
+void COptionStrategyPanel::updateBottomVisibility()
+{
+    // Without a curve the bottom holds only the winner's analysis: it shows with that face.
+    if (bottomList != nullptr) {
+        bottomList->setVisible(curve != nullptr || (analysis != nullptr && !analysis->isHidden()));
+    }
+}
 
 void COptionStrategyPanel::widthStep() {}
 
@@ -243,18 +278,24 @@ void COptionStrategyPanel::addCode(const QString& key)
 
 void COptionStrategyPanel::switchFace(int itemType, const QString& name)
 {
-    if (table == nullptr || toolBar == nullptr) {
+    if (table == nullptr || toolBar == nullptr || winner == nullptr || analysis == nullptr) {
         return;
     }
     if (itemType == CStrategyManageTree::IT_WINNER_BRANCH) {
         toolBar->hide();
         table->hide();
+        winner->show();
+        analysis->show();
+        updateBottomVisibility();
         clearCurve();
         reemitWinnerSelection();
         return;
     }
     toolBar->show();
     table->show();
+    winner->hide();
+    analysis->hide();
+    updateBottomVisibility();
     clearCurve();
     const TStrategyMap baskets = CStrategyBaskets::copy();
     if (name.isEmpty()) {

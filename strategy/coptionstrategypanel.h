@@ -82,6 +82,7 @@ private:
     void clearCurve();
     void reemitWinnerSelection();
     void widthStep();
+    void updateBottomVisibility();
 
     CStrategyManageTree* tree = nullptr;
     CStrategyManageTable* table = nullptr;
