@@ -91,8 +91,9 @@ TEST_F(BasketStoreTest, CreateRenameDeleteSurviveARestartOfTheStore)
     open();  // a restart: the old store is replaced by one that reads the file
     TC::TStrategyMap loaded = TC::CStrategyBaskets::copy();
     ASSERT_EQ(loaded.keys(), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
-    ASSERT_EQ(loaded.value(QStringLiteral("b")).legs.size(), 2);
-    const TC::CStrategyStockData* leg = loaded.value(QStringLiteral("b")).legs.at(1);
+    const TC::CStrategySetting b = loaded.value(QStringLiteral("b"));
+    ASSERT_EQ(b.legs.size(), 2);
+    const TC::CStrategyStockData* leg = b.legs.at(1);
     EXPECT_EQ(leg->code, QStringLiteral("10000012"));
     EXPECT_EQ(leg->quantity, 2);
     EXPECT_DOUBLE_EQ(leg->weight, 1.5);
@@ -111,8 +112,9 @@ TEST_F(BasketStoreTest, CreateRenameDeleteSurviveARestartOfTheStore)
     const TC::TStrategyMap again = TC::CStrategyBaskets::copy();
     ASSERT_EQ(again.keys(), QStringList{QStringLiteral("c")});
     EXPECT_EQ(again.value(QStringLiteral("c")).name, QStringLiteral("c"));
-    ASSERT_EQ(again.value(QStringLiteral("c")).legs.size(), 1);
-    EXPECT_EQ(again.value(QStringLiteral("c")).legs.at(0)->code, QStringLiteral("10000021"));
+    const TC::CStrategySetting c = again.value(QStringLiteral("c"));
+    ASSERT_EQ(c.legs.size(), 1);
+    EXPECT_EQ(c.legs.at(0)->code, QStringLiteral("10000021"));
 }
 
 TEST_F(BasketStoreTest, ACopyIsPrivateUntilWritten)
@@ -122,7 +124,8 @@ TEST_F(BasketStoreTest, ACopyIsPrivateUntilWritten)
     TC::CStrategyBaskets::write(baskets);
     TC::TStrategyMap copy = TC::CStrategyBaskets::copy();
     copy[QStringLiteral("a")].legs.at(0)->quantity = 99;
-    EXPECT_EQ(TC::CStrategyBaskets::copy().value(QStringLiteral("a")).legs.at(0)->quantity, 2);
+    const TC::CStrategySetting stored = TC::CStrategyBaskets::copy().value(QStringLiteral("a"));
+    EXPECT_EQ(stored.legs.at(0)->quantity, 2);
 }
 
 TEST_F(BasketStoreTest, ADamagedFileKeepsTheLastGoodBaskets)
