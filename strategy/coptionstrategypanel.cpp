@@ -3,6 +3,8 @@
 #include "seam/tradingenums.h"
 #include "seam/uievents.h"
 #include "seam/user.h"
+#include "order/cstkoptionmultiorderdialog.h"
+#include "order/cstkoptionorderdialog.h"
 #include "strategy/coptionwinnertable.h"
 #include "strategy/coptionwinnerwidget.h"
 #include "strategy/cprofitlossanalysiswidget.h"
@@ -330,9 +332,25 @@ void COptionStrategyPanel::quickOrder()
 
 void COptionStrategyPanel::openOrderDialog(const QList<CStrategyStockData*>& legs)
 {
-    Q_UNUSED(legs)
-    WG::CMessageBox::warning(nullptr, this, QStringLiteral("提示"), QStringLiteral("策略下单窗口尚未接入，暂不能快速下单"),
-                             QMessageBox::StandardButtons(1024));
+    QList<CStrategyStockData> copies;
+    for (const CStrategyStockData* leg : legs) {
+        copies << *leg;
+    }
+    QDialog* dialog = nullptr;
+    if (copies.size() <= 2) {
+        auto* stockDialog = new CStkOptionOrderDialog(copies.size(), this);
+        stockDialog->setLegs(copies);
+        // The dialog stays where the window system puts it, where traders are used to finding it.
+        dialog = stockDialog;
+    } else {
+        auto* multiDialog = new CStkOptionMultiOrderDialog(this);
+        multiDialog->setLegs(copies);
+        dialog = multiDialog;
+    }
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    lastOrderDialog = dialog;
+    dialog->show();
+    dialog->raise();
 }
 
 }  // namespace TC

@@ -8,7 +8,9 @@
 #include "seam/userrecords.h"
 #include "toolkit/itradedockablewidget.h"
 
+#include <QDialog>
 #include <QList>
+#include <QPointer>
 #include <QString>
 
 class QResizeEvent;
@@ -60,6 +62,8 @@ public:
     COptionWinnerWidget* getWinner() const { return winner; }
     CProfitLossAnalysisWidget* getAnalysis() const { return analysis; }
     WG::CSmallNoNormalButton* getToolButton(int id) const;
+    // The order dialog the last quick order opened; null once it has closed.
+    QDialog* getLastOrderDialog() const { return lastOrderDialog.data(); }
     // Whether the winner face shows.
     bool isWinnerFace() const;
 
@@ -96,6 +100,7 @@ private:
     WG::CSplitContainer* innerSplit = nullptr;
     WG::CWidgetList* bottomList = nullptr;
     QList<WG::CSmallNoNormalButton*> toolButtons;
+    QPointer<QDialog> lastOrderDialog;
 };
 
 }  // namespace TC

@@ -4,6 +4,8 @@
 
 #include "strategyfixture.h"
 
+#include "order/cstkoptionmultiorderdialog.h"
+#include "order/cstkoptionorderdialog.h"
 #include "strategy/coptionwinnertable.h"
 #include "strategy/coptionwinnerwidget.h"
 #include "strategy/cprofitlossanalysiswidget.h"
@@ -282,4 +284,36 @@ TEST_F(StrategyPanelTest, ThemeChangeRestylesTheTree)
     panel->getTree()->setStyleSheet(QString());
     panel->themeChanged();
     EXPECT_FALSE(panel->getTree()->styleSheet().isEmpty());
+}
+
+TEST_F(StrategyPanelTest, QuickOrderOpensTheDialogForTheTickedLegs)
+{
+    writeBasket(QStringLiteral("a"), {leg("10000011", 1, nqservice::OT_BUY, true), leg("10000012", 1, nqservice::OT_SELL, true),
+                                      leg("10000021", 1, nqservice::OT_BUY, false)});
+    makePanel();
+    panel->setParam(QString());
+    WG::CMessageBox::TestHook hook;
+    pressTool(COptionStrategyPanel::ID_QUICK_ORDER);
+    auto* twoLegs = qobject_cast<TC::CStkOptionOrderDialog*>(panel->getLastOrderDialog());
+    ASSERT_NE(twoLegs, nullptr) << "two ticked legs: the two-leg dialog";
+    EXPECT_EQ(twoLegs->getLegCount(), 2);
+    EXPECT_TRUE(twoLegs->isVisible());
+    EXPECT_EQ(hook.count(), 0);
+    twoLegs->close();
+    settle();
+
+    pressTool(COptionStrategyPanel::ID_INVERT);
+    pressTool(COptionStrategyPanel::ID_QUICK_ORDER);
+    auto* oneLeg = qobject_cast<TC::CStkOptionOrderDialog*>(panel->getLastOrderDialog());
+    ASSERT_NE(oneLeg, nullptr);
+    EXPECT_EQ(oneLeg->getLegCount(), 1);
+    oneLeg->close();
+    settle();
+
+    pressTool(COptionStrategyPanel::ID_CHECK_ALL);
+    pressTool(COptionStrategyPanel::ID_QUICK_ORDER);
+    auto* multi = qobject_cast<TC::CStkOptionMultiOrderDialog*>(panel->getLastOrderDialog());
+    ASSERT_NE(multi, nullptr) << "three ticked legs: the multi-leg dialog";
+    EXPECT_TRUE(multi->isVisible());
+    multi->close();
 }
