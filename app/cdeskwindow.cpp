@@ -336,12 +336,10 @@ void CDeskWindow::addPanel(const QString& name)
     }
     // The strategy workbench works beside the board, where a trader looks from the chain to the basket.
     const bool besideBoard = name == QStringLiteral("ops") && firstBoard != nullptr;
-    const Qt::DockWidgetArea area =
-        board || besideBoard || m_panels.empty() ? Qt::TopDockWidgetArea : Qt::BottomDockWidgetArea;
+    const Qt::DockWidgetArea area = besideBoard                        ? Qt::RightDockWidgetArea
+                                    : board || m_panels.empty() ? Qt::TopDockWidgetArea
+                                                                : Qt::BottomDockWidgetArea;
     addDockWidget(area, dock);
-    if (besideBoard) {
-        splitDockWidget(firstBoard, dock, Qt::Horizontal);
-    }
     if (board && firstBoard != nullptr) {
         tabifyDockWidget(firstBoard, dock);
         firstBoard->raise();
