@@ -31,7 +31,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <iostream>
 #include <vector>
 
 namespace {
@@ -164,14 +163,6 @@ TEST_F(StrategyOnDesk, ATwoLegBasketFromTheCodeEntryFillsThroughTheQuickOrder)
         widget->getPriceEdit()->setText(QString::number(quote->upStopPrice, 'f', 4));
         widget->getVolumeCell()->setInt(1);
         widget->handleEvent(WG::UE_SPIN_CHANGED, TC::CStkOptionOrderWidget::ID_VOLUME_CELL, 0, QString(), nullptr);
-    }
-    for (int legIndex = 0; legIndex < 2; ++legIndex) {
-        boost::shared_ptr<nqservice::CCodeOrderParam> param;
-        QString error, remark;
-        const bool valid = dialog->getOrderWidget(legIndex)->validate();
-        const bool filled = dialog->getOrderWidget(legIndex)->fillStockParams(param, error, remark);
-        std::cerr << "DEBUG leg " << legIndex << " valid " << valid << " filled " << filled << " error " << error.toStdString()
-                  << " tip " << WG::CMessageTip::lastTip().text.toStdString() << std::endl;
     }
     hook.queueAnswer(QMessageBox::Ok);
     dialog->handleEvent(WG::UE_BUTTON_CLICKED, TC::CStkOptionOrderDialog::ID_ORDER_BUTTON, 0, QString(), nullptr);
