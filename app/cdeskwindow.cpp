@@ -339,7 +339,14 @@ void CDeskWindow::addPanel(const QString& name)
     const Qt::DockWidgetArea area = besideBoard                        ? Qt::RightDockWidgetArea
                                     : board || m_panels.empty() ? Qt::TopDockWidgetArea
                                                                 : Qt::BottomDockWidgetArea;
+    if (besideBoard) {
+        // The right area reaches up to the top, so the workbench stands beside the board, not under it.
+        setCorner(Qt::TopRightCorner, Qt::RightDockWidgetArea);
+    }
     addDockWidget(area, dock);
+    if (besideBoard) {
+        resizeDocks({dock}, {620}, Qt::Horizontal);
+    }
     if (board && firstBoard != nullptr) {
         tabifyDockWidget(firstBoard, dock);
         firstBoard->raise();

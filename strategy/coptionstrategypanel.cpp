@@ -30,7 +30,7 @@
 namespace TC {
 
 namespace {
-constexpr int kTreeWidth = 200;
+constexpr int kTreeWidth = 150;
 }  // namespace
 
 COptionStrategyPanel::COptionStrategyPanel(int widgetID, QWidget* parent)
