@@ -5,6 +5,7 @@
 #include "app/cgreeksimportsettingsdialog.h"
 #include "app/cmessagesmodel.h"
 #include "app/corderlimitsdialog.h"
+#include "app/cwinnersettingsdialog.h"
 #include "app/crecordtable.h"
 
 #include "seam/logger.h"
@@ -113,6 +114,12 @@ void CDeskWindow::buildMenus()
     orderLimits->setObjectName(QStringLiteral("actionOrderLimits"));
     connect(orderLimits, &QAction::triggered, this, [this] {
         COrderLimitsDialog dialog(this);
+        dialog.exec();
+    });
+    QAction* winnerSettings = settingsMenu->addAction(QStringLiteral("稳稳胜设置..."));
+    winnerSettings->setObjectName(QStringLiteral("actionWinnerSettings"));
+    connect(winnerSettings, &QAction::triggered, this, [this] {
+        CWinnerSettingsDialog dialog(this);
         dialog.exec();
     });
     buildTradingMenu();
