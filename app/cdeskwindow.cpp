@@ -341,8 +341,19 @@ void CDeskWindow::addPanel(const QString& name)
             firstBoard = docked.dock;
         }
     }
-    const Qt::DockWidgetArea area = board || m_panels.empty() ? Qt::TopDockWidgetArea : Qt::BottomDockWidgetArea;
+    // The strategy workbench works beside the board, where a trader looks from the chain to the basket.
+    const bool besideBoard = name == QStringLiteral("ops") && firstBoard != nullptr;
+    const Qt::DockWidgetArea area = besideBoard                        ? Qt::RightDockWidgetArea
+                                    : board || m_panels.empty() ? Qt::TopDockWidgetArea
+                                                                : Qt::BottomDockWidgetArea;
+    if (besideBoard) {
+        // The right area reaches up to the top, so the workbench stands beside the board, not under it.
+        setCorner(Qt::TopRightCorner, Qt::RightDockWidgetArea);
+    }
     addDockWidget(area, dock);
+    if (besideBoard) {
+        resizeDocks({dock}, {620}, Qt::Horizontal);
+    }
     if (board && firstBoard != nullptr) {
         tabifyDockWidget(firstBoard, dock);
         firstBoard->raise();
