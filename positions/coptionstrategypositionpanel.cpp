@@ -50,6 +50,8 @@ COptionStrategyPositionPanel::COptionStrategyPositionPanel(int widgetID, QWidget
     : ITradeDockableWidget(false, QStringLiteral("opsp"), widgetID,
                            TraderTypeFlags(nqservice::VQ_TRADER_TYPE_STOCK_OPTION), parent)
 {
+    // The host may take the signal across threads.
+    qRegisterMetaType<boost::shared_ptr<nqservice::CStkOptCombPositionDetail>>();
     createUi();
     if (CTradeClient* client = utils::CManualSingletonT<CTradeClient>::instance()) {
         connect(client, &CTradeClient::sigLoginStatus, this, &COptionStrategyPositionPanel::slotLoginStatus);

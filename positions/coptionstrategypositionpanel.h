@@ -94,3 +94,5 @@ private:
 };
 
 }  // namespace TC
+
+Q_DECLARE_METATYPE(boost::shared_ptr<nqservice::CStkOptCombPositionDetail>)
