@@ -4,6 +4,7 @@
 
 #include "board/coptionpricetpanel.h"
 #include "positions/coptionpricequotepanel.h"
+#include "positions/coptionstrategypositionpanel.h"
 
 namespace desk {
 
@@ -16,6 +17,8 @@ CPanelFactory CPanelFactory::withBuiltins()
                 nqservice::VQ_TRADER_TYPE_FUTURE_OPTION);
     factory.add(QStringLiteral("pricequote"), QStringLiteral("价格报价"),
                 [](int id, QWidget* parent) { return new TC::COptionPriceQuotePanel(id, parent); });
+    factory.add(QStringLiteral("opsp"), QStringLiteral("组合持仓"),
+                [](int id, QWidget* parent) { return new TC::COptionStrategyPositionPanel(id, parent); });
     return factory;
 }
 

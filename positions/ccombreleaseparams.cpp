@@ -18,6 +18,25 @@ nqservice::CStockInfo CCombReleaseParams::stockInfo(const nqservice::CStkOptComb
     return stock;
 }
 
+boost::shared_ptr<nqservice::COrderComandParam> CCombReleaseParams::command(
+    const std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>>& params, const QString& warning)
+{
+    auto command = boost::make_shared<nqservice::COrderComandParam>();
+    command->traderType = nqservice::VQ_TRADER_TYPE_STOCK_OPTION;
+    command->stopLossType = 0;
+    command->params = params;
+    command->orderFlag = 1;
+    const CUserConfig* config = getUserConfig();
+    const auto* setting = config != nullptr
+                              ? static_cast<const CTradeSetting*>(config->getUserDataAddress(UM_TRADE_SETTING))
+                              : nullptr;
+    command->modeSetting = setting != nullptr ? setting->modeSetting : 0;
+    command->warningText = warning.toUtf8().toStdString();
+    command->confirmFlag = 1;
+    command->extra = 0;
+    return command;
+}
+
 bool CCombReleaseParams::fill(const QVector<boost::shared_ptr<nqservice::CStkOptCombPositionDetail>>& details,
                               std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>>& out,
                               nqservice::EOperationType operation, QString& message, QString& warning)

@@ -22,6 +22,10 @@ public:
     static bool fill(const QVector<boost::shared_ptr<nqservice::CStkOptCombPositionDetail>>& details,
                      std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>>& out,
                      nqservice::EOperationType operation, QString& message, QString& warning);
+    // The command that carries orders of the stock-option desk: trader type 32,
+    // confirmed, in the user's order mode, with the warning text as UTF-8.
+    static boost::shared_ptr<nqservice::COrderComandParam> command(
+        const std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>>& params, const QString& warning);
     // The instrument of a combination's order: market, the leg codes joined by "/", name.
     static nqservice::CStockInfo stockInfo(const nqservice::CStkOptCombPositionDetail& detail);
 };

@@ -372,16 +372,7 @@ void COptionStrategyPositionPanel::doOperation(QVector<boost::shared_ptr<nqservi
     }
     utils::writeLog(utils::kLogLevelInfo, "TC::COptionStrategyPositionPanel::doOperation", std::to_string(__LINE__),
                     "placeCommands: option release comb strategy");
-    auto command = boost::make_shared<nqservice::COrderComandParam>();
-    command->traderType = nqservice::VQ_TRADER_TYPE_STOCK_OPTION;
-    command->stopLossType = 0;
-    command->params = params;
-    command->orderFlag = 1;
-    const auto* setting = static_cast<const CTradeSetting*>(config->getUserDataAddress(UM_TRADE_SETTING));
-    command->modeSetting = setting != nullptr ? setting->modeSetting : 0;
-    command->warningText = warning.toUtf8().toStdString();
-    command->confirmFlag = 1;
-    command->extra = 0;
+    const auto command = CCombReleaseParams::command(params, warning);
     if (COvCommandCenter* center = utils::CManualSingletonT<COvCommandCenter>::instance()) {
         center->createCommand(command, COvCommandCenter::CommandCallback(), true, 0);
     }

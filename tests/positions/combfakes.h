@@ -36,10 +36,10 @@ inline boost::shared_ptr<nqservice::CStkOptCombPositionDetail> combPosition(
     detail->volume = volume;
     detail->releaseVolume = volume;
     detail->legOneCode = legOne;
-    detail->legOneType = 1;
+    detail->legOneType = '0';  // long, as the paper broker records a leg's direction
     detail->legOneExtra = volume;
     detail->legTwoCode = legTwo;
-    detail->legTwoType = 2;
+    detail->legTwoType = '1';  // short
     detail->legTwoExtra = volume;
     return detail;
 }
