@@ -2,16 +2,20 @@
 // option of one side of 50ETF over all its months (work outside painting, and
 // with the repaint for reference), the cell operations a paint makes and the
 // heap allocations they cost, and whether ten thousand ticks make widgets or
-// memory grow.
+// memory grow. The combination table: a reload of 2,000 combinations over ten
+// accounts on the model's worker, and the longest stretch the GUI thread spends
+// applying it.
 #include "bench/marketrig.h"
 #include "bench/widgetbench.h"
 #include "positions/chpfpricequotedata.h"
 #include "positions/chpfpricequotedatamodel.h"
 #include "positions/chpfpricequotedatatable.h"
 #include "positions/coptionpricequotepanel.h"
+#include "positions/coptionstrategypositiontable.h"
 #include "seam/calculator.h"
 #include "seam/cexchangeclient.h"
 #include "seam/ctimeservice.h"
+#include "seam/trading.h"
 #include "seam/user.h"
 #include "services/market/csimexchangeclient.h"
 #include "services/market/csimmarket.h"
@@ -23,12 +27,16 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTimeZone>
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <map>
 #include <cstdlib>
 #include <memory>
 #include <vector>
@@ -201,6 +209,172 @@ void BM_TenThousandTicks(benchmark::State& state)
     state.counters["flashingRows"] = rig.panel->flashingRowCount();
 }
 BENCHMARK(BM_TenThousandTicks)->Iterations(1)->Unit(benchmark::kSecond);
+
+// ---- the combination table ----
+
+// One account's table 1030, as a broker holds it.
+class CCombAccountData : public nqservice::CAccountData {
+public:
+    void getVector(int dataType, std::vector<boost::shared_ptr<nqservice::IData>>& out) override
+    {
+        out.clear();
+        if (dataType == nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION) {
+            out = records;
+        }
+    }
+    boost::shared_ptr<nqservice::SubRequest> subscribe(int, const std::string&, const nqservice::DataCallback&) override
+    {
+        return boost::shared_ptr<nqservice::SubRequest>();
+    }
+    boost::shared_ptr<nqservice::CAccountInfo> getAccountInfo() override { return info; }
+    boost::shared_ptr<nqservice::CAccountDetail> getAccountDetail() override
+    {
+        return boost::shared_ptr<nqservice::CAccountDetail>();
+    }
+    double getCanOrderVolume(const std::string&, const std::string&, int, int, double, long long,
+                             nqservice::EPriceType, long long) override
+    {
+        return 0.0;
+    }
+    boost::shared_ptr<nqservice::CAccountInfo> info;
+    std::vector<boost::shared_ptr<nqservice::IData>> records;
+};
+
+class CCombDataCenter : public nqservice::IDataCenter {
+public:
+    boost::shared_ptr<nqservice::CAccountData> getAccountData(unsigned long long hash) override
+    {
+        auto it = accounts.find(hash);
+        return it == accounts.end() ? boost::shared_ptr<nqservice::CAccountData>() : it->second;
+    }
+    boost::shared_ptr<nqservice::IDataTable> getAllAccountsTable() override
+    {
+        return boost::shared_ptr<nqservice::IDataTable>();
+    }
+    int getTradingPhase(const std::string&, const std::string&) override { return 0; }
+    bool isVolumeQueryByBroker(const std::string&) override { return false; }
+    std::map<unsigned long long, boost::shared_ptr<CCombAccountData>> accounts;
+};
+
+class CCombTraderCenter : public nqservice::TraderCenter {
+public:
+    boost::shared_ptr<nqservice::IDataCenter> getDataCenter() override { return data; }
+    boost::shared_ptr<nqservice::ICalculator> getCalculator() override
+    {
+        return boost::shared_ptr<nqservice::ICalculator>();
+    }
+    boost::shared_ptr<nqservice::ITaskCenter> getTaskCenter() override
+    {
+        return boost::shared_ptr<nqservice::ITaskCenter>();
+    }
+    nqservice::IFeeService* getFeeService() override { return nullptr; }
+    boost::shared_ptr<CCombDataCenter> data = boost::make_shared<CCombDataCenter>();
+};
+
+// Ten accounts of 200 combinations each, their legs pairs of neighbouring
+// 50ETF options, and a shown combination table.
+class CCombRig : public benchrig::CMarketRig {
+public:
+    static constexpr int kAccounts = 10;
+    static constexpr int kPerAccount = 200;
+
+    CCombRig()
+    {
+        const QStringList options = optionsOf50Etf(false);
+        auto center = boost::make_shared<CCombTraderCenter>();
+        for (int a = 0; a < kAccounts; ++a) {
+            auto data = boost::make_shared<CCombAccountData>();
+            data->info = boost::make_shared<nqservice::CAccountInfo>();
+            data->info->accountId = "B" + std::to_string(a);
+            data->info->accountType = nqservice::VQ_BROKER_TYPE_STOCK_OPTION;
+            data->info->brokerId = 1;
+            for (int c = 0; c < kPerAccount; ++c) {
+                auto detail = boost::make_shared<nqservice::CStkOptCombPositionDetail>();
+                detail->account = data->info;
+                detail->market = "SH";
+                detail->combId = "Z" + std::to_string(a * kPerAccount + c);
+                detail->strategyCode = "CNSJC";
+                detail->name = "认购牛市价差";
+                detail->volume = 1 + c % 9;
+                detail->releaseVolume = detail->volume;
+                const int leg = (a * 7 + c) % (options.size() - 1);
+                detail->legOneCode = options.at(leg).section(QLatin1Char('.'), 0, 0).toStdString();
+                detail->legOneType = '0';
+                detail->legTwoCode = options.at(leg + 1).section(QLatin1Char('.'), 0, 0).toStdString();
+                detail->legTwoType = '1';
+                data->records.push_back(detail);
+            }
+            keys.push_back(data->info->accountId);
+            center->data->accounts[utils::hash(data->info->accountId)] = data;
+        }
+        nqservice::TraderCenter::install(center);
+        table = std::make_unique<TC::COptionStrategyPositionTable>(0, nullptr);
+        table->resize(1900, 900);
+        table->show();
+        QCoreApplication::processEvents();
+    }
+    ~CCombRig() override
+    {
+        table.reset();
+        nqservice::TraderCenter::destroy();
+    }
+
+    std::vector<std::string> keys;
+    std::unique_ptr<TC::COptionStrategyPositionTable> table;
+};
+
+// A reload of every account, from the requests to the rows on screen. The
+// wall time is manual: the worker's span (first job start to last job end),
+// with counters for the whole reload and the longest GUI stretch (one turn of
+// the event loop that applies queued rows, or the tick's update of the table).
+void BM_ReloadTwoThousandCombinations(benchmark::State& state)
+{
+    CCombRig rig;
+    TC::CHpfOptionStrategyPositionModel* model = rig.table->getModel();
+    double longestGuiMs = 0.0;
+    double longestWorkerMs = 0.0;
+    double longestWallMs = 0.0;
+    int rows = 0;
+    for (auto _ : state) {
+        rig.table->clear();
+        rig.table->updateTable();
+        QCoreApplication::processEvents();
+        std::atomic<long long> workerStart{0};
+        std::atomic<long long> workerEnd{0};
+        QElapsedTimer wall;
+        wall.start();
+        const auto now = [] {
+            return std::chrono::duration_cast<std::chrono::microseconds>(
+                       std::chrono::steady_clock::now().time_since_epoch())
+                .count();
+        };
+        model->postJob([&] { workerStart = now(); });
+        for (const std::string& key : rig.keys) {
+            rig.table->requestAccount(key);
+        }
+        model->postJob([&] { workerEnd = now(); });
+        QElapsedTimer turn;
+        while (model->pendingUpdates() > 0) {
+            turn.start();
+            QCoreApplication::processEvents(QEventLoop::AllEvents);
+            longestGuiMs = std::max(longestGuiMs, static_cast<double>(turn.nsecsElapsed()) / 1e6);
+        }
+        turn.start();
+        rig.table->updateTable();
+        longestGuiMs = std::max(longestGuiMs, static_cast<double>(turn.nsecsElapsed()) / 1e6);
+        const double wallMs = static_cast<double>(wall.nsecsElapsed()) / 1e6;
+        const double workerMs = static_cast<double>(workerEnd - workerStart) / 1e3;
+        longestWallMs = std::max(longestWallMs, wallMs);
+        longestWorkerMs = std::max(longestWorkerMs, workerMs);
+        state.SetIterationTime(workerMs / 1e3);
+        rows = model->size();
+    }
+    state.counters["rows"] = rows;
+    state.counters["maxWorkerMs"] = longestWorkerMs;
+    state.counters["maxReloadWallMs"] = longestWallMs;
+    state.counters["maxGuiBlockMs"] = longestGuiMs;
+}
+BENCHMARK(BM_ReloadTwoThousandCombinations)->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -136,7 +136,7 @@ bool CHpfOptionStrategyPositionModel::isKeyChecked(const QString& key) const
 }
 
 void CHpfOptionStrategyPositionModel::fillExtraColumns(const nqservice::CStkOptCombPositionDetail& detail,
-                                                       std::vector<std::string>& checkKeys)
+                                                       std::vector<std::string>& checkKeys, LegFiguresCache* cache)
 {
     const std::string key = detail.getKey();
     std::array<int, kLegColumns> columns;
@@ -164,8 +164,19 @@ void CHpfOptionStrategyPositionModel::fillExtraColumns(const nqservice::CStkOptC
     const std::string* codes[2] = {&detail.legOneCode, &detail.legTwoCode};
     for (int leg = 0; leg < 2; ++leg) {
         const std::size_t first = static_cast<std::size_t>(leg * LF_COUNT);
-        const CCombLegFigures figures =
-            codes[leg]->empty() ? CCombLegFigures() : CCombLegFigures::of(utils::vqStockKey(detail.market, *codes[leg]));
+        CCombLegFigures figures;
+        if (!codes[leg]->empty()) {
+            const std::string stockKey = utils::vqStockKey(detail.market, *codes[leg]);
+            auto known = cache != nullptr ? cache->find(stockKey) : LegFiguresCache::iterator();
+            if (cache != nullptr && known != cache->end()) {
+                figures = known->second;
+            } else {
+                figures = CCombLegFigures::of(stockKey);
+                if (cache != nullptr) {
+                    cache->emplace(stockKey, figures);
+                }
+            }
+        }
         if (figures.hasGreeks) {
             const double greeks[] = {figures.delta, figures.gamma, figures.theta, figures.vega, figures.rho};
             for (std::size_t g = 0; g < 5; ++g) {
@@ -236,13 +247,14 @@ void CHpfOptionStrategyPositionModel::reloadAccount(const std::string& accountKe
     QList<QPair<boost::shared_ptr<nqservice::IData>, QString>> batch;
     batch.reserve(static_cast<int>(records.size()));
     std::vector<std::string> checkKeys;
+    LegFiguresCache figures;
     for (const boost::shared_ptr<nqservice::IData>& record : records) {
         const auto* detail = dynamic_cast<const nqservice::CStkOptCombPositionDetail*>(record.get());
         if (detail == nullptr || !CCombPositionRules::passesSearch(detail, search) ||
             !CCombPositionRules::isVisible(*detail)) {
             continue;
         }
-        fillExtraColumns(*detail, checkKeys);
+        fillExtraColumns(*detail, checkKeys, &figures);
         batch.append(qMakePair(record, QString::fromLatin1(kTextColour)));
     }
     doAddDatas(batch, sortColumn, filter);

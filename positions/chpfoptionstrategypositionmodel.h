@@ -4,6 +4,7 @@
 // model's worker; single records come in from the subscription on any thread.
 #pragma once
 
+#include "positions/ccomblegfigures.h"
 #include "seam/tradingrecords.h"
 #include "toolkit/chpfthreaddatamodel.h"
 
@@ -15,6 +16,7 @@
 #include <array>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace WG {
@@ -56,9 +58,13 @@ public:
     void reloadAccount(const std::string& accountKey, int sortColumn, QPair<WG::EFilterType, QSet<QString>> filter);
     // One record from the subscription, on any thread: shown, updated or removed.
     void onPositionDetail(const boost::shared_ptr<nqservice::IData>& data);
+    // Figures of legs by stock key, kept for the span of one reload: the
+    // combinations of an account share few legs.
+    using LegFiguresCache = std::unordered_map<std::string, CCombLegFigures>;
     // Fills a record's computed columns; the keys of check boxes to set up on
     // the GUI thread are appended to checkKeys.
-    void fillExtraColumns(const nqservice::CStkOptCombPositionDetail& detail, std::vector<std::string>& checkKeys);
+    void fillExtraColumns(const nqservice::CStkOptCombPositionDetail& detail, std::vector<std::string>& checkKeys,
+                          LegFiguresCache* cache = nullptr);
     // Sets up the check boxes of rows: visible, enabled, ticked as remembered. GUI thread, or queued to it.
     void applyCheckBoxes(const std::vector<std::string>& keys);
 

@@ -159,6 +159,7 @@ void COptionStrategyPositionTable::refreshExtraColumns()
         return;
     }
     std::vector<std::string> checkKeys;
+    CHpfOptionStrategyPositionModel::LegFiguresCache figures;
     for (const WG::IBaseHpfTableDataPtr& row : model->getAllDatas()) {
         const auto* data = dynamic_cast<const CHpfData*>(row.get());
         const auto detail = data != nullptr
@@ -167,7 +168,7 @@ void COptionStrategyPositionTable::refreshExtraColumns()
         if (!detail) {
             continue;
         }
-        model->fillExtraColumns(*detail, checkKeys);
+        model->fillExtraColumns(*detail, checkKeys, &figures);
         model->updateDataFixColorForSortTime(detail, QString::fromLatin1(kTextColour));
     }
     model->applyCheckBoxes(checkKeys);
