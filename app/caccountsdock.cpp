@@ -1,6 +1,9 @@
 #include "app/caccountsdock.h"
 
 #include "app/caccountsfeed.h"
+#include "app/ccombinationbuilddialog.h"
+#include "app/ccombinationcommand.h"
+#include "app/ccombinationstablemodel.h"
 #include "app/cdealstablemodel.h"
 #include "app/cfundstablemodel.h"
 #include "app/corderstablemodel.h"
@@ -11,11 +14,14 @@
 #include "seam/logger.h"
 #include "seam/trading.h"
 #include "seam/tradinghelpers.h"
+#include "seam/user.h"
 #include "toolkit/cbasetablecolumnpushbuttondelegate.h"
 #include "toolkit/cmessagetip.h"
+#include "toolkit/csmallnonormalbutton.h"
 #include "toolkit/cuiresource.h"
 
 #include <QFontMetrics>
+#include <QHBoxLayout>
 #include <QTabWidget>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -37,6 +43,7 @@ CAccountsDock::CAccountsDock(QWidget* parent) : QWidget(parent)
     m_deals = new CDealsTableModel(this);
     m_positions = new CPositionsTableModel(this);
     m_funds = new CFundsTableModel(this);
+    m_combinations = new CCombinationsTableModel(this);
 
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName(QStringLiteral("accountsTabs"));
@@ -44,14 +51,41 @@ CAccountsDock::CAccountsDock(QWidget* parent) : QWidget(parent)
     const std::pair<CAccountRecordModel*, QString> tabs[TAB_COUNT] = {{m_orders, QStringLiteral("委托")},
                                                                       {m_deals, QStringLiteral("成交")},
                                                                       {m_positions, QStringLiteral("持仓")},
-                                                                      {m_funds, QStringLiteral("资金")}};
+                                                                      {m_funds, QStringLiteral("资金")},
+                                                                      {m_combinations, QStringLiteral("组合持仓")}};
     for (int tab = 0; tab < TAB_COUNT; ++tab) {
         m_models[tab] = tabs[tab].first;
         auto* table = new CRecordTable(900 + tab, tabs[tab].first, m_tabs);
         table->setObjectName(QStringLiteral("accountsTable%1").arg(tab));
         table->adjustColumnWidth();
         m_tables[tab] = table;
-        m_tabs->addTab(table, tabs[tab].second);
+        if (tab != TAB_COMBINATIONS) {
+            m_tabs->addTab(table, tabs[tab].second);
+            continue;
+        }
+        // The combinations' page: its two actions above the table.
+        auto* page = new QWidget(m_tabs);
+        page->setObjectName(QStringLiteral("combinationsPage"));
+        m_buildButton = new WG::CSmallNormalButton(1, false, WG::NBT_PRIMARY, QStringLiteral("构建组合"), page);
+        m_buildButton->setObjectName(QStringLiteral("combinationBuild"));
+        m_releaseButton = new WG::CSmallNoNormalButton(2, false, WG::NBT_NORMAL, QStringLiteral("解除组合"), page);
+        m_releaseButton->setObjectName(QStringLiteral("combinationRelease"));
+        auto* bar = new QHBoxLayout();
+        bar->setContentsMargins(4, 2, 4, 2);
+        bar->addWidget(m_buildButton);
+        bar->addWidget(m_releaseButton);
+        bar->addStretch(1);
+        auto* pageLayout = new QVBoxLayout(page);
+        pageLayout->setContentsMargins(0, 0, 0, 0);
+        pageLayout->setSpacing(0);
+        pageLayout->addLayout(bar);
+        pageLayout->addWidget(table, 1);
+        m_tabs->addTab(page, tabs[tab].second);
+        for (QAbstractButton* button : {m_buildButton, m_releaseButton}) {
+            button->setFixedSize(72, 22);
+        }
+        connect(m_buildButton, &QAbstractButton::clicked, this, &CAccountsDock::openBuildDialog);
+        connect(m_releaseButton, &QAbstractButton::clicked, this, [this] { releaseSelected(); });
     }
     m_cancelButtons = new WG::CBaseTableColumnPushButtonDelegate(COrdersTableModel::COL_CANCEL, nullptr);
     m_tables[TAB_ORDERS]->setColumnDelegate(COrdersTableModel::COL_CANCEL, m_cancelButtons);
@@ -69,7 +103,7 @@ CAccountsDock::CAccountsDock(QWidget* parent) : QWidget(parent)
     connect(m_feed, &CAccountsFeed::sigAccountsChanged, this, [this] {
         const QHash<QString, QString> names = m_feed->accountNames();
         for (CAccountRecordModel* model :
-             std::initializer_list<CAccountRecordModel*>{m_orders, m_deals, m_positions, m_funds}) {
+             std::initializer_list<CAccountRecordModel*>{m_orders, m_deals, m_positions, m_funds, m_combinations}) {
             model->setAccountNames(names);
         }
     });
@@ -119,6 +153,10 @@ void CAccountsDock::onRecords(int dataType, const std::vector<nqservice::IDataPt
     case nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL:
         m_funds->apply(records);
         tab = TAB_FUNDS;
+        break;
+    case nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION:
+        m_combinations->apply(records);
+        tab = TAB_COMBINATIONS;
         break;
     default:
         return;
@@ -170,7 +208,7 @@ void CAccountsDock::onAccountGone(const std::string& accountKey)
         }
     }
     for (CAccountRecordModel* model :
-         std::initializer_list<CAccountRecordModel*>{m_orders, m_deals, m_positions, m_funds}) {
+         std::initializer_list<CAccountRecordModel*>{m_orders, m_deals, m_positions, m_funds, m_combinations}) {
         model->removeAccount(accountKey);
     }
 }
@@ -195,6 +233,55 @@ bool CAccountsDock::cancelOrder(const std::string& orderKey)
     return true;
 }
 
+CCombinationBuildDialog* CAccountsDock::makeBuildDialog()
+{
+    // Every stock-option position with contracts free, account by account.
+    std::vector<nqservice::IDataPtr> positions;
+    for (int row = m_positions->rowCount() - 1; row >= 0; --row) {
+        positions.push_back(m_positions->record(row));
+    }
+    std::vector<CCombinationCommand::Leg> legs;
+    for (const std::string& account : m_feed->followedAccounts()) {
+        for (const auto& leg : CCombinationCommand::legsOf(positions, account)) {
+            legs.push_back(leg);
+        }
+    }
+    return new CCombinationBuildDialog(std::move(legs), this);
+}
+
+void CAccountsDock::openBuildDialog()
+{
+    CCombinationBuildDialog* dialog = makeBuildDialog();
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+bool CAccountsDock::releaseSelected()
+{
+    const int row = m_tables[TAB_COMBINATIONS]->selectedRow();
+    const auto detail = boost::dynamic_pointer_cast<nqservice::CStkOptCombPositionDetail>(
+        row >= 0 ? m_combinations->record(row) : nqservice::IDataPtr());
+    if (!detail) {
+        tell(QStringLiteral("未选择任何组合策略持仓!"));
+        return false;
+    }
+    TC::CUserConfig* user = TC::getUserConfig();
+    QString why;
+    const auto command = CCombinationCommand::release(*detail, detail->releaseVolume,
+                                                      user != nullptr ? user->getUserDataString(TC::UM_USER_NAME).toStdString() : std::string(), &why);
+    TC::COvCommandCenter* commands = utils::CManualSingletonT<TC::COvCommandCenter>::instance();
+    if (command && commands == nullptr) {
+        why = QStringLiteral("未连接交易通道, 无法解除组合");
+    }
+    if (!command || commands == nullptr) {
+        tell(why);
+        return false;
+    }
+    NQ_LOG_INFO("combination release " + detail->combId);
+    commands->createCommand(command, TC::COvCommandCenter::CommandCallback(), true, 0);
+    return true;
+}
+
 void CAccountsDock::tell(const QString& text)
 {
     if (TC::CMsgService* messages = utils::CManualSingletonT<TC::CMsgService>::instance()) {
@@ -202,7 +289,9 @@ void CAccountsDock::tell(const QString& text)
     } else {
         NQ_LOG_INFO(text.toStdString());
     }
-    WG::CMessageTip::showTip(m_tables[TAB_ORDERS], WG::AL_BOTTOM, text);
+    // Shown over the page the trader is on.
+    QWidget* page = m_tabs->currentWidget();
+    WG::CMessageTip::showTip(page != nullptr ? page : m_tables[TAB_ORDERS], WG::AL_BOTTOM, text);
 }
 
 }  // namespace desk

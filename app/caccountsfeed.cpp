@@ -84,7 +84,8 @@ const std::vector<int>& CAccountsFeed::dataTypes()
 {
     static const std::vector<int> s_types = {nqservice::VQ_DATA_TYPE_ORDER, nqservice::VQ_DATA_TYPE_QUICK_ORDER,
                                              nqservice::VQ_DATA_TYPE_POSITION_STATICS,
-                                             nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL};
+                                             nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL,
+                                             nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION};
     return s_types;
 }
 

@@ -32,7 +32,7 @@ namespace desk {
 class CAccountsFeed : public QObject {
     Q_OBJECT
 public:
-    // Records of one table (542, 570, 547 or 544), oldest first.
+    // Records of one table (542, 570, 547, 544 or 1030), oldest first.
     using RecordSink = std::function<void(int dataType, const std::vector<nqservice::IDataPtr>& records)>;
     // An account whose records are no longer followed.
     using AccountSink = std::function<void(const std::string& accountKey)>;

@@ -110,9 +110,12 @@ void CDeskTradeClient::cancelOrder(const boost::shared_ptr<nqservice::COrderDeta
     m_broker->cancel(order->account->getKey(), order->orderId);
 }
 
-void CDeskTradeClient::checkStkOptCombPosition_async(const boost::shared_ptr<nqservice::CAccountInfo>&)
+void CDeskTradeClient::checkStkOptCombPosition_async(const boost::shared_ptr<nqservice::CAccountInfo>& account)
 {
-    // Without a backend there are no combination positions to refresh.
+    // The broker sends the account's combinations again; without one there are none to refresh.
+    if (m_broker != nullptr && account) {
+        m_broker->refreshCombinations(account->getKey());
+    }
 }
 
 bool CDeskTradeClient::requestStockVolume(const TC::CStockRequestParam& param, boost::shared_ptr<TC::StockSubTable>& table)

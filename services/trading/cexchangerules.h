@@ -41,6 +41,8 @@ public:
     static constexpr long long kLongPositionLimit = 5000;
     static constexpr long long kTotalPositionLimit = 10000;
     static constexpr int kStockOptionMarketOrderLimit = 10;
+    // Exercise fee of a stock option per contract (exchange and clearing).
+    static constexpr double kStockOptionExerciseFee = 0.6;
     static constexpr int kStockOptionLimitOrderLimit = 50;
 };
 

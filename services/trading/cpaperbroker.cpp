@@ -93,7 +93,8 @@ bool CPaperBroker::start(QString* report)
         std::lock_guard<std::mutex> mirror(m_mirrorMutex);
         for (const std::string& key : m_core->accountKeys()) {
             for (int type : {nqservice::VQ_DATA_TYPE_ORDER, nqservice::VQ_DATA_TYPE_QUICK_ORDER,
-                             nqservice::VQ_DATA_TYPE_POSITION_STATICS, nqservice::VQ_DATA_TYPE_TASK}) {
+                             nqservice::VQ_DATA_TYPE_POSITION_STATICS, nqservice::VQ_DATA_TYPE_TASK,
+                             nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION}) {
                 auto& table = m_mirror[{key, type}];
                 for (const auto& record : m_core->table(key, type)) {
                     table[record->getKey()] = record;
@@ -298,6 +299,11 @@ void CPaperBroker::queryVolume(const std::string& accountKey, const std::string&
         });
 }
 
+void CPaperBroker::refreshCombinations(const std::string& accountKey, CommandDone done)
+{
+    post([accountKey](CPaperBrokerCore& core) { return core.refreshCombinations(accountKey); }, std::move(done));
+}
+
 void CPaperBroker::flush()
 {
     std::unique_lock<std::mutex> lock(m_queueMutex);
@@ -457,8 +463,9 @@ void CPaperBroker::publish(const PaperChange& change)
             }
         }
     }
-    if (change.removed && change.dataType != nqservice::VQ_DATA_TYPE_POSITION_STATICS) {
-        return;  // a position closed out is published at volume 0 so that views drop it
+    if (change.removed && change.dataType != nqservice::VQ_DATA_TYPE_POSITION_STATICS &&
+        change.dataType != nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION) {
+        return;  // a position closed out, a combination released are published at volume 0 so that views drop them
     }
     std::vector<Subscriber> subscribers;
     {

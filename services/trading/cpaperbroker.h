@@ -72,6 +72,8 @@ public:
     // Stops a running task by (account number, task number) or by its server key.
     void terminateTask(int accountId, int taskId, const std::string& userName, CommandDone done = CommandDone());
     void terminateTask(const std::string& serverKey, const std::string& userName, CommandDone done = CommandDone());
+    // Sends the account's combination positions (table 1030) to its subscribers again.
+    void refreshCombinations(const std::string& accountKey, CommandDone done = CommandDone());
     // Moves the broker's time (tests without a clock).
     void step(long long epochMs);
     void setLoggedIn(const std::string& accountKey, bool loggedIn);

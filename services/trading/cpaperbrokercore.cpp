@@ -6,6 +6,7 @@
 #include "seam/tradinghelpers.h"
 #include "services/market/csessionclock.h"
 #include "services/trading/cexchangerules.h"
+#include "services/trading/cpapersettlementrecord.h"
 
 #include <boost/make_shared.hpp>
 
@@ -111,6 +112,53 @@ double unitOf(const nqservice::CInstrumentDetail& detail)
     return utils::isUsable(detail.contractUnit) && detail.contractUnit > 0.0 ? detail.contractUnit : 1.0;
 }
 
+
+struct StrategyTerms {
+    const char* code;
+    const char* name;
+    bool vertical;  // a spread of two calls or two puts; else two shorts, a call and a put
+    bool calls;     // spreads: of calls
+    bool lowLong;   // spreads: the lower strike is held long
+};
+
+const StrategyTerms kStrategies[] = {
+    {"CNSJC", "认购牛市价差", true, true, true},  {"CXSJC", "认购熊市价差", true, true, false},
+    {"PNSJC", "认沽牛市价差", true, false, true}, {"PXSJC", "认沽熊市价差", true, false, false},
+    {"KS", "跨式空头", false, false, false},       {"KKS", "宽跨式空头", false, false, false},
+};
+
+const StrategyTerms* strategyTerms(const std::string& code)
+{
+    for (const StrategyTerms& terms : kStrategies) {
+        if (code == terms.code) {
+            return &terms;
+        }
+    }
+    return nullptr;
+}
+
+int toInt(const QDate& date) { return date.year() * 10000 + date.month() * 100 + date.day(); }
+
+QDate toDate(int yyyymmdd) { return QDate(yyyymmdd / 10000, yyyymmdd / 100 % 100, yyyymmdd % 100); }
+
+// The trading day n trading days before a date.
+int tradingDaysBefore(int yyyymmdd, int n)
+{
+    QDate day = toDate(yyyymmdd);
+    while (n > 0 && day.isValid()) {
+        day = day.addDays(-1);
+        if (market::CSessionClock::isTradingDay(day)) {
+            --n;
+        }
+    }
+    return day.isValid() ? toInt(day) : yyyymmdd;
+}
+
+bool isCombinationOperation(int operation)
+{
+    return operation == nqservice::OT_COMB_STRATEGY_BUILD || operation == nqservice::OT_COMB_STRATEGY_RELEASE;
+}
+
 }  // namespace
 
 struct CPaperBrokerCore::Account {
@@ -128,8 +176,27 @@ struct CPaperBrokerCore::Account {
     std::map<std::string, long long> boughtToday;  // buy-to-open contracts by underlying key
     bool fundsTouched = false;
     std::vector<boost::shared_ptr<nqservice::CPositionStatics>> touched;
+    std::map<std::string, std::unique_ptr<Combination>> combinations;  // by combination number
+    std::map<std::string, long long> locks;  // position key -> contracts in combinations, shares not yet sellable
+    std::map<std::string, boost::shared_ptr<CPaperSettlementRecord>> records;  // the close's steps, by number
 
     double available() const { return cash - frozen - margin; }
+};
+
+struct CPaperBrokerCore::Combination {
+    boost::shared_ptr<nqservice::CStkOptCombPositionDetail> record;
+    std::string legOneKey;  // position keys of the legs
+    std::string legTwoKey;
+    double margin = 0.0;  // what the whole volume takes
+};
+
+// Two legs put in the order of their strategy, with the side each must be held on.
+struct CPaperBrokerCore::CombinationLegs {
+    std::shared_ptr<nqservice::CInstrumentDetail> one;
+    std::shared_ptr<nqservice::CInstrumentDetail> two;
+    int oneDirection = '0';
+    int twoDirection = '1';
+    std::string name;
 };
 
 struct CPaperBrokerCore::Working {
@@ -447,15 +514,17 @@ std::string CPaperBrokerCore::check(const nqservice::CCodeOrderParam& param, con
         const std::string key = positionKey(stockKey, op.direction);
         auto it = account->positions.find(key);
         long long closable = 0;
+        const long long held = locked(*account, key);
         if (it != account->positions.end()) {
-            closable = it->second->position - it->second->frozen;
+            closable = it->second->position - it->second->frozen - held;
             if (op.todayOnly) {
                 closable = std::min(closable, it->second->todayPosition);
             }
         }
         need.close[key] += volume;
         if (need.close[key] > closable) {
-            return "可平仓数量不足";
+            return held > 0 && need.close[key] <= closable + held ? "持仓已被组合策略锁定, 请先解除组合"
+                                                                  : "可平仓数量不足";
         }
     }
     need.money += perUnit * static_cast<double>(volume);
@@ -537,6 +606,11 @@ PaperResult CPaperBrokerCore::submit(const nqservice::COrderComandParam& command
     if (command.params.empty()) {
         result.refusal = "指令中没有委托";
         return result;
+    }
+    for (const auto& param : command.params) {
+        if (param && isCombinationOperation(param->operationType)) {
+            return submitCombinations(command);
+        }
     }
     std::map<std::string, Need> needs;
     std::vector<Working> orders;
@@ -660,7 +734,7 @@ void CPaperBrokerCore::accept(Working& work, PaperResult& out)
     } else if (!work.op.open) {
         auto& pos = position(account, *work.detail, work.op.direction);
         pos->frozen += order.remaining;
-        pos->available = pos->position - pos->frozen;
+        setAvailable(account, *pos);
         account.touched.push_back(pos);
     }
     if (work.op.open && work.op.buy) {
@@ -871,8 +945,10 @@ void CPaperBrokerCore::fill(Working& work, double price, long long volume, Paper
             }
         }
     } else {
-        if (!work.op.covered && work.op.direction == kShort && pos->position > 0) {
-            const double margin = pos->margin * static_cast<double>(volume) / static_cast<double>(pos->position);
+        // Contracts in combinations carry no margin of their own: the free ones share it.
+        const long long free = pos->position - locked(account, positionKey(work.stockKey(), kShort));
+        if (!work.op.covered && work.op.direction == kShort && free > 0) {
+            const double margin = pos->margin * static_cast<double>(volume) / static_cast<double>(free);
             pos->margin -= margin;
             account.margin = std::max(0.0, account.margin - margin);
         }
@@ -898,7 +974,7 @@ void CPaperBrokerCore::fill(Working& work, double price, long long volume, Paper
         account.cash += work.op.buy ? -(premium + fee) : premium - fee;
     }
     // A covered open's ETF shares stay locked: by the position now instead of the order.
-    pos->available = pos->position - pos->frozen;
+    setAvailable(account, *pos);
     pos->lastPrice = price;
     account.touched.push_back(pos);
     account.cash = round2(account.cash);
@@ -946,7 +1022,7 @@ void CPaperBrokerCore::finish(Working& work, nqservice::EOrderStatus status, con
     } else if (!work.op.open) {
         auto& pos = position(account, *work.detail, work.op.direction);
         pos->frozen -= rest;
-        pos->available = pos->position - pos->frozen;
+        setAvailable(account, *pos);
         account.touched.push_back(pos);
     }
     if (work.op.open && work.op.buy) {
@@ -1069,9 +1145,16 @@ void CPaperBrokerCore::endOfDay(PaperResult& out)
 void CPaperBrokerCore::beginDay(int tradingDay, PaperResult& out)
 {
     const bool firstDay = m_tradingDay == 0;
+    const int previous = m_tradingDay;
     m_tradingDay = tradingDay;
     if (firstDay) {
         return;
+    }
+    if (previous > m_settledDay && previous < tradingDay) {
+        // A close the desk did not see: settled with the books' last prices.
+        PaperSettlement missed;
+        missed.tradingDay = previous;
+        settleDay(missed, out);
     }
     endOfDay(out);
     settleTasks(out);
@@ -1113,6 +1196,11 @@ void CPaperBrokerCore::beginDay(int tradingDay, PaperResult& out)
         }
         account.orders.clear();
         account.deals.clear();
+    }
+    // Cash and shares of exercises arrive, shares delivered the day before become sellable.
+    deliver(tradingDay, out);
+    for (auto& entry : m_accounts) {
+        revalue(*entry.second, out, false);
     }
 }
 
@@ -1310,6 +1398,16 @@ std::vector<boost::shared_ptr<nqservice::IData>> CPaperBrokerCore::table(const s
     case nqservice::VQ_DATA_TYPE_ACCOUNT_DETAIL:
         rows.push_back(funds(accountKey));
         break;
+    case nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION:
+        for (const auto& entry : account->combinations) {
+            rows.push_back(entry.second->record->copy());
+        }
+        break;
+    case kPaperSettlementDataType:
+        for (const auto& entry : account->records) {
+            rows.push_back(entry.second->copy());
+        }
+        break;
     case nqservice::VQ_DATA_TYPE_TASK:
         for (const auto& entry : m_tasks) {
             if (entry.second->accountKey == accountKey) {
@@ -1373,7 +1471,7 @@ long long CPaperBrokerCore::availableVolume(const std::string& accountKey, const
     } else {
         auto it = account->positions.find(positionKey(stockKey, op.direction));
         if (it != account->positions.end()) {
-            volume = it->second->position - it->second->frozen;
+            volume = it->second->position - it->second->frozen - locked(*account, it->first);
             if (op.todayOnly) {
                 volume = std::min(volume, it->second->todayPosition);
             }
@@ -1522,12 +1620,734 @@ std::vector<boost::shared_ptr<nqservice::IData>> CPaperBrokerCore::tasks() const
     return rows;
 }
 
+// --- combinations ------------------------------------------------------------
+
+long long CPaperBrokerCore::locked(const Account& account, const std::string& key) const
+{
+    auto it = account.locks.find(key);
+    return it == account.locks.end() ? 0 : it->second;
+}
+
+void CPaperBrokerCore::setAvailable(const Account& account, nqservice::CPositionStatics& pos) const
+{
+    pos.available = pos.position - pos.frozen - locked(account, positionKey(utils::vqStockKey(pos.market, pos.code), pos.direction));
+}
+
+long long CPaperBrokerCore::lockedVolume(const std::string& accountKey, const std::string& stockKey,
+                                         int direction) const
+{
+    const Account* account = findAccount(accountKey);
+    return account == nullptr ? 0 : locked(*account, positionKey(stockKey, direction));
+}
+
+double CPaperBrokerCore::combinationMargin(const std::string& strategyCode, const nqservice::CInstrumentDetail& one,
+                                           const nqservice::CInstrumentDetail& two) const
+{
+    const StrategyTerms* terms = strategyTerms(strategyCode);
+    if (terms == nullptr) {
+        return utils::kAbsentDouble;
+    }
+    const double unit = unitOf(one);
+    double margin = 0.0;
+    if (terms->vertical) {
+        // Debit spreads cost nothing more; credit spreads hold the strike distance.
+        const bool credit = (terms->calls && !terms->lowLong) || (!terms->calls && terms->lowLong);
+        margin = credit ? std::fabs(two.exercisePrice - one.exercisePrice) * unit : 0.0;
+    } else {
+        // The larger leg's margin and the other leg's previous settlement.
+        auto settle = [](const nqservice::CInstrumentDetail& option) {
+            return utils::isUsable(option.preSettlementPrice) ? option.preSettlementPrice : option.preClosePrice;
+        };
+        const double a = CExchangeRules::shortOptionMargin(one, settle(one), underlyingPrice(one));
+        const double b = CExchangeRules::shortOptionMargin(two, settle(two), underlyingPrice(two));
+        if (!utils::isUsable(a) || !utils::isUsable(b)) {
+            return utils::kAbsentDouble;
+        }
+        margin = a >= b ? a + settle(two) * unit : b + settle(one) * unit;
+    }
+    return round2(margin * (1.0 + CExchangeRules::kBrokerMarginMarkup));
+}
+
+std::string CPaperBrokerCore::checkLegs(const std::string& strategyCode,
+                                        const nqservice::COptionCombStrategyParam& param,
+                                        CombinationLegs& legs) const
+{
+    const StrategyTerms* terms = strategyTerms(strategyCode);
+    if (terms == nullptr) {
+        return "不支持的组合策略";
+    }
+    legs.name = terms->name;
+    if (param.legOneCode.empty() || param.legTwoCode.empty()) {
+        return "组合策略需要两个合约";
+    }
+    if (param.legOneCode == param.legTwoCode) {
+        return "组合策略的两个合约不能相同";
+    }
+    auto a = m_instruments(utils::vqStockKey(param.marketName, param.legOneCode));
+    auto b = m_instruments(utils::vqStockKey(param.marketName, param.legTwoCode));
+    if (!a || !b) {
+        return "合约不存在";
+    }
+    if (a->kind != nqservice::IK_STOCK_OPTION || b->kind != nqservice::IK_STOCK_OPTION) {
+        return "组合策略只适用于股票期权";
+    }
+    if (a->underlyingKey() != b->underlyingKey()) {
+        return "两个合约的标的证券不同";
+    }
+    if (a->expireDate != b->expireDate) {
+        return "两个合约的到期日不同";
+    }
+    if (std::fabs(unitOf(*a) - unitOf(*b)) > kTolerance) {
+        return "两个合约的合约单位不同";
+    }
+    const std::string name = terms->name;
+    if (terms->vertical) {
+        if (a->call != terms->calls || b->call != terms->calls) {
+            return name + (terms->calls ? "的两个合约须均为认购期权" : "的两个合约须均为认沽期权");
+        }
+        if (std::fabs(a->exercisePrice - b->exercisePrice) <= kTolerance) {
+            return name + "的两个合约行权价须不同";
+        }
+        // Lower strike first.
+        if (a->exercisePrice > b->exercisePrice) {
+            std::swap(a, b);
+        }
+        legs.oneDirection = terms->lowLong ? kLong : kShort;
+        legs.twoDirection = terms->lowLong ? kShort : kLong;
+    } else {
+        if (a->call == b->call) {
+            return name + "须由一个认购期权和一个认沽期权组成";
+        }
+        // The call first.
+        if (!a->call) {
+            std::swap(a, b);
+        }
+        const bool sameStrike = std::fabs(a->exercisePrice - b->exercisePrice) <= kTolerance;
+        if (strategyCode == "KS" && !sameStrike) {
+            return "跨式空头的两个合约行权价须相同";
+        }
+        if (strategyCode == "KKS" && !(a->exercisePrice > b->exercisePrice + kTolerance)) {
+            return "宽跨式空头的认购期权行权价须高于认沽期权行权价";
+        }
+        legs.oneDirection = kShort;
+        legs.twoDirection = kShort;
+    }
+    legs.one = a;
+    legs.two = b;
+    return std::string();
+}
+
+PaperResult CPaperBrokerCore::submitCombinations(const nqservice::COrderComandParam& command)
+{
+    PaperResult result;
+    // Every order of the command is checked against what the orders before it
+    // take, then all are carried out or none.
+    std::map<std::string, long long> used;  // "account|position key" or "account|combination" -> contracts
+    std::map<std::string, double> money;    // account -> margin added
+    for (const auto& param : command.params) {
+        std::string why;
+        Account* account = param && param->account ? findAccount(param->account->getKey()) : nullptr;
+        if (!param) {
+            why = "委托参数为空";
+        } else if (account == nullptr) {
+            why = "账户不存在";
+        } else if (!account->loggedIn) {
+            why = "账户未登录";
+        } else if (account->info->accountType != nqservice::VQ_BROKER_TYPE_STOCK_OPTION ||
+                   (command.traderType != nqservice::VQ_TRADER_TYPE_NONE &&
+                    command.traderType != nqservice::VQ_TRADER_TYPE_STOCK_OPTION)) {
+            why = "组合策略只适用于股票期权账户";
+        } else if (!isCombinationOperation(param->operationType)) {
+            why = "组合策略指令中不能含有普通委托";
+        } else if (!acceptsOrders(m_stockPhase)) {
+            why = "非交易时段";
+        } else if (param->volume <= 0) {
+            why = "组合数量必须大于0";
+        }
+        const std::string accountKey = account != nullptr ? account->info->getKey() : std::string();
+        const auto legsParam = param && (param->extraFlags & nqservice::VQ_EXTRA_PARAM_OPTION_COMB_STRATEGY)
+                                   ? nqservice::DataHelper::getOptionCombStrategyParam(param->extraParams)
+                                   : boost::shared_ptr<nqservice::COptionCombStrategyParam>();
+        if (why.empty() && !legsParam) {
+            why = "组合策略参数缺失";
+        }
+        if (why.empty() && param->operationType == nqservice::OT_COMB_STRATEGY_BUILD) {
+            const std::string strategy =
+                param->stockInfo.textField2.empty() ? param->stockInfo.name : param->stockInfo.textField2;
+            CombinationLegs legs;
+            why = checkLegs(strategy, *legsParam, legs);
+            if (why.empty() && param->priceType != nqservice::DataHelper::getOptionCombStrategyPriceType(strategy)) {
+                why = "组合策略委托的报价方式无效";
+            }
+            if (why.empty() && m_tradingDay > 0 && !utils::isAbsent(legs.one->expireDate)) {
+                // Spreads end with E-2, the short straddles with E: none is formed after that.
+                const bool vertical = strategyTerms(strategy)->vertical;
+                const int lastDay = vertical ? tradingDaysBefore(legs.one->expireDate, 2) : legs.one->expireDate;
+                if (m_tradingDay > lastDay) {
+                    why = "合约临近到期, 不能再构建该组合策略";
+                }
+            }
+            double released = 0.0;
+            for (int leg = 0; why.empty() && leg < 2; ++leg) {
+                const auto& detail = leg == 0 ? legs.one : legs.two;
+                const int direction = leg == 0 ? legs.oneDirection : legs.twoDirection;
+                const std::string key = positionKey(detail->key(), direction);
+                auto it = account->positions.find(key);
+                const long long held = it == account->positions.end() ? 0 : it->second->position;
+                const long long free = held - (it == account->positions.end() ? 0 : it->second->frozen) -
+                                       locked(*account, key);
+                long long& take = used[accountKey + "|" + key];
+                take += param->volume;
+                if (take > free) {
+                    why = detail->code + (direction == kLong ? " 权利仓可组合数量不足" : " 义务仓可组合数量不足");
+                } else if (direction == kShort && held - locked(*account, key) > 0) {
+                    released += it->second->margin * static_cast<double>(param->volume) /
+                                static_cast<double>(held - locked(*account, key));
+                }
+            }
+            if (why.empty()) {
+                const double perUnit = combinationMargin(strategy, *legs.one, *legs.two);
+                if (!utils::isUsable(perUnit)) {
+                    why = "无法计算组合保证金";
+                } else {
+                    money[accountKey] += perUnit * static_cast<double>(param->volume) - released;
+                }
+            }
+        } else if (why.empty()) {
+            auto found = account->combinations.find(param->combPositionKey);
+            if (param->combPositionKey.empty() || found == account->combinations.end()) {
+                why = "未找到对应的组合策略持仓！";
+            } else {
+                const Combination& comb = *found->second;
+                const auto& record = *comb.record;
+                const std::string code = record.legOneCode + "/" + record.legTwoCode;
+                const bool sameLegs = legsParam->legOneCode == record.legOneCode &&
+                                      legsParam->legTwoCode == record.legTwoCode &&
+                                      (legsParam->marketName.empty() || legsParam->marketName == record.market);
+                if (!sameLegs || (!param->stockInfo.code.empty() && param->stockInfo.code != code)) {
+                    why = "组合策略参数与组合持仓不符";
+                } else if (param->priceType !=
+                           nqservice::DataHelper::getOptionCombStrategyPriceType(record.strategyCode)) {
+                    why = "组合策略委托的报价方式无效";
+                } else {
+                    long long& take = used[accountKey + "|" + record.combId];
+                    take += param->volume;
+                    if (take > record.volume) {
+                        why = "可解除数量不足";
+                    } else {
+                        const double share = comb.margin * static_cast<double>(param->volume) /
+                                             static_cast<double>(record.volume);
+                        double regained = 0.0;
+                        for (const std::string& legKey : {comb.legOneKey, comb.legTwoKey}) {
+                            const auto pos = account->positions.find(legKey);
+                            if (pos != account->positions.end() && pos->second->direction == kShort) {
+                                const auto detail = m_instruments(utils::vqStockKey(pos->second->market, pos->second->code));
+                                const double per = detail ? marginPerContract(*detail) : utils::kAbsentDouble;
+                                regained += utils::isUsable(per) ? per * static_cast<double>(param->volume) : 0.0;
+                            }
+                        }
+                        money[accountKey] += regained - share;
+                    }
+                }
+            }
+        }
+        if (why.empty() && money[accountKey] > account->available() + 1e-6) {
+            why = param->operationType == nqservice::OT_COMB_STRATEGY_BUILD ? "可用资金不足"
+                                                                            : "可用资金不足, 无法解除组合";
+        }
+        if (!why.empty()) {
+            const std::string code = param ? param->stockInfo.code : std::string();
+            result.refusal = code.empty() ? why : code + " " + why;
+            return result;
+        }
+    }
+    result.commandId = padded('C', ++m_commandSeq);
+    for (const auto& param : command.params) {
+        Account& account = *findAccount(param->account->getKey());
+        if (param->operationType == nqservice::OT_COMB_STRATEGY_BUILD) {
+            formCombination(account, *param, result);
+        } else {
+            releaseCombination(account, *param, result);
+        }
+    }
+    for (auto& entry : m_accounts) {
+        revalue(*entry.second, result, false);
+    }
+    return result;
+}
+
+std::string CPaperBrokerCore::formCombination(Account& account, const nqservice::CCodeOrderParam& param,
+                                              PaperResult& out)
+{
+    const std::string strategy = param.stockInfo.textField2.empty() ? param.stockInfo.name : param.stockInfo.textField2;
+    CombinationLegs legs;
+    const std::string why = checkLegs(strategy, *nqservice::DataHelper::getOptionCombStrategyParam(param.extraParams), legs);
+    if (!why.empty()) {
+        return why;
+    }
+    const long long volume = param.volume;
+    auto comb = std::make_unique<Combination>();
+    comb->legOneKey = positionKey(legs.one->key(), legs.oneDirection);
+    comb->legTwoKey = positionKey(legs.two->key(), legs.twoDirection);
+    // The short legs hand their margin over to the combination.
+    for (const std::string& key : {comb->legOneKey, comb->legTwoKey}) {
+        auto& pos = account.positions.at(key);
+        const long long free = pos->position - locked(account, key);
+        if (pos->direction == kShort && free > 0) {
+            const double share = round2(pos->margin * static_cast<double>(volume) / static_cast<double>(free));
+            pos->margin -= share;
+            account.margin -= share;
+        }
+        account.locks[key] += volume;
+        setAvailable(account, *pos);
+        account.touched.push_back(pos);
+    }
+    comb->margin = round2(combinationMargin(strategy, *legs.one, *legs.two) * static_cast<double>(volume));
+    account.margin = std::max(0.0, account.margin + comb->margin);
+    account.fundsTouched = true;
+    auto record = boost::make_shared<nqservice::CStkOptCombPositionDetail>();
+    record->account = account.info;
+    record->market = legs.one->market;
+    record->combId = padded('Z', ++m_combSeq);
+    record->strategyCode = strategy;
+    record->name = legs.name;
+    record->volume = static_cast<int>(volume);
+    record->releaseVolume = record->volume;
+    record->legOneCode = legs.one->code;
+    record->legOneType = legs.oneDirection;
+    record->legOneExtra = record->volume;
+    record->legTwoCode = legs.two->code;
+    record->legTwoType = legs.twoDirection;
+    record->legTwoExtra = record->volume;
+    comb->record = record;
+    Combination& stored = *comb;
+    account.combinations[record->combId] = std::move(comb);
+    emitCombination(account, stored, out);
+    return std::string();
+}
+
+std::string CPaperBrokerCore::releaseCombination(Account& account, const nqservice::CCodeOrderParam& param,
+                                                 PaperResult& out)
+{
+    auto found = account.combinations.find(param.combPositionKey);
+    if (found == account.combinations.end()) {
+        return "未找到对应的组合策略持仓！";
+    }
+    release(account, *found->second, param.volume, out);
+    return std::string();
+}
+
+void CPaperBrokerCore::release(Account& account, Combination& comb, long long volume, PaperResult& out)
+{
+    auto& record = *comb.record;
+    volume = std::min<long long>(volume, record.volume);
+    if (volume <= 0) {
+        return;
+    }
+    const double share = round2(comb.margin * static_cast<double>(volume) / static_cast<double>(record.volume));
+    comb.margin -= share;
+    account.margin = std::max(0.0, account.margin - share);
+    for (const std::string& key : {comb.legOneKey, comb.legTwoKey}) {
+        long long& lock = account.locks[key];
+        lock = std::max(0LL, lock - volume);
+        if (lock == 0) {
+            account.locks.erase(key);
+        }
+        auto it = account.positions.find(key);
+        if (it == account.positions.end()) {
+            continue;
+        }
+        auto& pos = it->second;
+        if (pos->direction == kShort) {
+            const auto detail = m_instruments(utils::vqStockKey(pos->market, pos->code));
+            const double per = detail ? marginPerContract(*detail) : utils::kAbsentDouble;
+            const double margin = utils::isUsable(per) ? round2(per * static_cast<double>(volume)) : 0.0;
+            pos->margin += margin;
+            account.margin += margin;
+        }
+        setAvailable(account, *pos);
+        account.touched.push_back(pos);
+    }
+    record.volume -= static_cast<int>(volume);
+    record.releaseVolume = record.volume;
+    record.legOneExtra = record.volume;
+    record.legTwoExtra = record.volume;
+    account.fundsTouched = true;
+    emitCombination(account, comb, out);
+    if (record.volume == 0) {
+        out.changes.back().removed = true;
+        account.combinations.erase(record.combId);
+    }
+}
+
+PaperResult CPaperBrokerCore::refreshCombinations(const std::string& accountKey)
+{
+    PaperResult result;
+    const Account* account = findAccount(accountKey);
+    if (account == nullptr) {
+        result.refusal = "账户不存在";
+        return result;
+    }
+    for (const auto& entry : account->combinations) {
+        emitCombination(*account, *entry.second, result);
+    }
+    return result;
+}
+
+void CPaperBrokerCore::emitCombination(const Account& account, const Combination& comb, PaperResult& out) const
+{
+    PaperChange change;
+    change.dataType = nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION;
+    change.accountKey = account.info->getKey();
+    change.record = comb.record->copy();
+    bson::BSONObjBuilder b;
+    b.append("margin", comb.margin);
+    b.append("one", comb.legOneKey);
+    b.append("two", comb.legTwoKey);
+    change.extra = b.obj();
+    out.changes.push_back(std::move(change));
+}
+
+// --- the close of the day and expiry -------------------------------------------
+
+struct CPaperBrokerCore::Delivery {
+    std::string accountKey;
+    std::string recordId;  // the record that tells of it
+    std::string etfKey;    // shares of this fund; empty for cash only
+    long long shares = 0;
+    double cash = 0.0;
+    int valueDay = 0;     // they arrive at the start of this trading day
+    int sellableDay = 0;  // the shares are free from this trading day
+    int stage = 0;        // 0 to arrive, 1 arrived and locked, 2 done
+
+    bson::BSONObj extra() const
+    {
+        bson::BSONObjBuilder b;
+        b.append("etf", etfKey);
+        b.append("shares", shares);
+        b.append("cash", cash);
+        b.append("valueDay", valueDay);
+        b.append("sellable", sellableDay);
+        b.append("stage", stage);
+        return b.obj();
+    }
+};
+
+double CPaperBrokerCore::settlementOf(const PaperSettlement& day, const std::string& stockKey, double fallback) const
+{
+    auto it = day.prices.find(stockKey);
+    if (it != day.prices.end() && utils::isUsable(it->second) && it->second > 0.0) {
+        return it->second;
+    }
+    return lastPriceOf(stockKey, fallback);
+}
+
+void CPaperBrokerCore::record(Account& account, int tradingDay, const std::string& kind,
+                              const nqservice::CInstrumentDetail* detail, long long volume, double price,
+                              double amount, int valueDay, const std::string& note, PaperResult& out,
+                              const Delivery* pending)
+{
+    auto rec = boost::make_shared<CPaperSettlementRecord>();
+    rec->account = account.info;
+    rec->recordId = pending != nullptr && !pending->recordId.empty() ? pending->recordId : padded('J', ++m_recordSeq);
+    rec->tradingDay = tradingDay;
+    rec->kind = kind;
+    if (detail != nullptr) {
+        rec->market = detail->market;
+        rec->code = detail->code;
+        rec->name = detail->name;
+    }
+    rec->volume = volume;
+    rec->price = price;
+    rec->amount = round2(amount);
+    rec->valueDay = valueDay;
+    rec->note = note;
+    account.records[rec->recordId] = rec;
+    PaperChange change;
+    change.dataType = kPaperSettlementDataType;
+    change.accountKey = account.info->getKey();
+    change.record = rec->copy();
+    if (pending != nullptr) {
+        change.extra = pending->extra();
+    }
+    out.changes.push_back(std::move(change));
+}
+
+void CPaperBrokerCore::deliver(int tradingDay, PaperResult& out)
+{
+    for (auto& entry : m_deliveries) {
+        Delivery& d = *entry;
+        Account* account = findAccount(d.accountKey);
+        if (account == nullptr || d.stage == 2) {
+            continue;
+        }
+        auto found = account->records.find(d.recordId);
+        if (found == account->records.end()) {
+            continue;
+        }
+        const auto rec = found->second;
+        const std::string etf = positionKey(d.etfKey, kLong);
+        if (d.stage == 0 && tradingDay >= d.valueDay) {
+            account->cash = round2(account->cash + d.cash);
+            account->fundsTouched = true;
+            if (d.shares != 0 && !d.etfKey.empty()) {
+                const auto detail = m_instruments(d.etfKey);
+                if (detail) {
+                    auto& pos = position(*account, *detail, kLong);
+                    pos->position += d.shares;
+                    if (d.shares > 0 && tradingDay < d.sellableDay) {
+                        account->locks[etf] += d.shares;
+                    }
+                    setAvailable(*account, *pos);
+                    account->touched.push_back(pos);
+                }
+            }
+            d.stage = d.shares > 0 && tradingDay < d.sellableDay ? 1 : 2;
+        } else if (d.stage == 1 && tradingDay >= d.sellableDay) {
+            long long& lock = account->locks[etf];
+            lock = std::max(0LL, lock - d.shares);
+            if (lock == 0) {
+                account->locks.erase(etf);
+            }
+            auto pos = account->positions.find(etf);
+            if (pos != account->positions.end()) {
+                setAvailable(*account, *pos->second);
+                account->touched.push_back(pos->second);
+            }
+            d.stage = 2;
+        } else {
+            continue;
+        }
+        rec->note = d.stage == 1 ? "已到账, 次一交易日可卖出" : "已到账";
+        PaperChange change;
+        change.dataType = kPaperSettlementDataType;
+        change.accountKey = d.accountKey;
+        change.record = rec->copy();
+        change.extra = d.extra();
+        out.changes.push_back(std::move(change));
+    }
+    m_deliveries.erase(std::remove_if(m_deliveries.begin(), m_deliveries.end(),
+                                      [](const std::unique_ptr<Delivery>& d) { return d->stage == 2; }),
+                       m_deliveries.end());
+}
+
+void CPaperBrokerCore::expire(Account& account, const std::string& key, const PaperSettlement& day, PaperResult& out)
+{
+    auto it = account.positions.find(key);
+    if (it == account.positions.end()) {
+        return;
+    }
+    auto pos = it->second;
+    const auto detail = m_instruments(utils::vqStockKey(pos->market, pos->code));
+    if (!detail || pos->position <= 0) {
+        return;
+    }
+    const long long volume = pos->position;
+    const double unit = unitOf(*detail);
+    const double strike = detail->exercisePrice;
+    const std::string underlyingKey = detail->underlyingKey();
+    const double underlying = settlementOf(day, underlyingKey, underlyingPrice(*detail));
+    const double intrinsic = utils::isUsable(underlying) && utils::isUsable(strike)
+                                 ? (detail->call ? underlying - strike : strike - underlying)
+                                 : 0.0;
+    const int valueDay = toInt(market::CSessionClock::nextTradingDay(toDate(day.tradingDay)));
+    const int sellableDay = toInt(market::CSessionClock::nextTradingDay(toDate(valueDay)));
+    auto pending = [&](double cash, long long shares) {
+        auto d = std::make_unique<Delivery>();
+        d->accountKey = account.info->getKey();
+        d->etfKey = shares != 0 ? underlyingKey : std::string();
+        d->shares = shares;
+        d->cash = cash;
+        d->valueDay = valueDay;
+        d->sellableDay = sellableDay;
+        return d;
+    };
+    auto queue = [&](std::unique_ptr<Delivery> d, const std::string& kind, double amount, const std::string& note) {
+        record(account, day.tradingDay, kind, detail.get(), volume, strike, amount, valueDay, note, out, d.get());
+        d->recordId = padded('J', m_recordSeq);  // the number record() just gave
+        m_deliveries.push_back(std::move(d));
+    };
+    auto etfPosition = [&]() -> boost::shared_ptr<nqservice::CPositionStatics> {
+        auto found = account.positions.find(positionKey(underlyingKey, kLong));
+        return found == account.positions.end() ? boost::shared_ptr<nqservice::CPositionStatics>() : found->second;
+    };
+    const long long shares = static_cast<long long>(std::llround(unit)) * volume;
+
+    if (detail->kind == nqservice::IK_FUTURE_OPTION) {
+        // The exchange exercises what is in the money; the desk trades no
+        // futures, so the difference to the futures' settlement is paid in cash.
+        if (intrinsic > kTolerance) {
+            const double amount = round2(intrinsic * unit * static_cast<double>(volume)) * (pos->direction == kLong ? 1 : -1);
+            account.cash = round2(account.cash + amount);
+            record(account, day.tradingDay, "现金结算", detail.get(), volume, strike, amount, 0,
+                   "实值期权按标的期货结算价现金结算", out);
+        } else {
+            record(account, day.tradingDay, "到期作废", detail.get(), volume, strike, 0.0, 0, "虚值期权到期作废", out);
+        }
+    } else if (pos->direction == kLong) {
+        const double fee = CExchangeRules::kStockOptionExerciseFee;
+        if (!m_autoExercise || intrinsic * unit <= fee + kTolerance) {
+            record(account, day.tradingDay, "到期作废", detail.get(), volume, strike, 0.0, 0,
+                   m_autoExercise ? "未达自动行权条件, 到期作废" : "未申报行权, 到期作废", out);
+        } else if (detail->call) {
+            // Pays the strike, receives the shares on E+1.
+            const double amount = -(strike * unit * static_cast<double>(volume) + fee * static_cast<double>(volume));
+            account.fee += fee * static_cast<double>(volume);
+            queue(pending(round2(amount), shares), "行权", amount, "自动行权: 次一交易日交收, 证券再次一交易日可卖出");
+        } else {
+            // Delivers shares it holds free now, receives the strike on E+1.
+            const auto etf = etfPosition();
+            const long long free = etf ? etf->position - etf->frozen - locked(account, positionKey(underlyingKey, kLong)) : 0;
+            const long long exercised = std::min(volume, free / std::max(1LL, static_cast<long long>(std::llround(unit))));
+            if (exercised > 0) {
+                const long long given = static_cast<long long>(std::llround(unit)) * exercised;
+                etf->position -= given;
+                setAvailable(account, *etf);
+                account.touched.push_back(etf);
+                const double amount = strike * unit * static_cast<double>(exercised) - fee * static_cast<double>(exercised);
+                account.fee += fee * static_cast<double>(exercised);
+                queue(pending(round2(amount), 0), "行权", amount, "自动行权: 交付标的证券, 次一交易日收到行权款");
+            }
+            if (exercised < volume) {
+                record(account, day.tradingDay, "到期作废", detail.get(), volume - exercised, strike, 0.0, 0,
+                       "标的证券不足, 未能行权", out);
+            }
+        }
+    } else {
+        // Shorts are assigned when the longs have reason to exercise.
+        const bool covered = pos->direction == kCovered;
+        const auto etf = etfPosition();
+        if (covered && etf) {
+            etf->frozen = std::max(0LL, etf->frozen - shares);  // the covered shares are locked no more
+            setAvailable(account, *etf);
+            account.touched.push_back(etf);
+        }
+        if (intrinsic * unit <= CExchangeRules::kStockOptionExerciseFee + kTolerance) {
+            record(account, day.tradingDay, "到期作废", detail.get(), volume, strike, 0.0, 0, "义务仓到期未被指派", out);
+        } else if (detail->call) {
+            // Delivers the shares; what it lacks is settled in cash at the underlying's settlement.
+            const long long free = etf ? etf->position - etf->frozen - locked(account, positionKey(underlyingKey, kLong)) : 0;
+            const long long given = std::min(shares, std::max(0LL, free));
+            if (given > 0) {
+                etf->position -= given;
+                setAvailable(account, *etf);
+                account.touched.push_back(etf);
+            }
+            const double shortfall = static_cast<double>(shares - given) * underlying;
+            const double amount = strike * unit * static_cast<double>(volume) - shortfall;
+            queue(pending(round2(amount), 0), "被指派", amount,
+                  shares > given ? "交付标的证券, 不足部分按结算价现金结算" : "交付标的证券, 次一交易日收到行权款");
+        } else {
+            const double amount = -strike * unit * static_cast<double>(volume);
+            queue(pending(round2(amount), shares), "被指派", amount, "支付行权款, 次一交易日收到标的证券");
+        }
+    }
+    account.margin = std::max(0.0, account.margin - pos->margin);
+    pos->margin = 0.0;
+    pos->position = 0;
+    pos->todayPosition = 0;
+    pos->frozen = 0;
+    pos->available = 0;
+    account.touched.push_back(pos);
+    account.fundsTouched = true;
+}
+
+PaperResult CPaperBrokerCore::settle(const PaperSettlement& day)
+{
+    PaperResult result;
+    if (day.tradingDay <= m_settledDay) {
+        result.refusal = "该交易日已结算";
+        return result;
+    }
+    settleDay(day, result);
+    return result;
+}
+
+void CPaperBrokerCore::settleDay(const PaperSettlement& day, PaperResult& out)
+{
+    m_settledDay = day.tradingDay;
+    endOfDay(out);
+    settleTasks(out);
+    for (auto& entry : m_accounts) {
+        Account& account = *entry.second;
+        // Combinations the exchange releases: spreads at the end of E-2, the short straddles at the end of E.
+        std::vector<std::string> ids;
+        for (const auto& comb : account.combinations) {
+            ids.push_back(comb.first);
+        }
+        for (const std::string& id : ids) {
+            Combination& comb = *account.combinations.at(id);
+            const auto record_ = *comb.record;
+            const auto one = m_instruments(utils::vqStockKey(record_.market, record_.legOneCode));
+            const StrategyTerms* terms = strategyTerms(record_.strategyCode);
+            if (!one || terms == nullptr || utils::isAbsent(one->expireDate)) {
+                continue;
+            }
+            const int lastDay = terms->vertical ? tradingDaysBefore(one->expireDate, 2) : one->expireDate;
+            if (day.tradingDay >= lastDay) {
+                release(account, comb, record_.volume, out);
+                record(account, day.tradingDay, "组合自动解除", one.get(), record_.volume, 0.0, 0.0, 0,
+                       record_.name + " " + record_.combId + " 由交易所自动解除", out);
+            }
+        }
+        // Options that expire today.
+        std::vector<std::string> expiring;
+        for (const auto& pos : account.positions) {
+            const auto detail = m_instruments(utils::vqStockKey(pos.second->market, pos.second->code));
+            if (detail && detail->isOption() && !utils::isAbsent(detail->expireDate) &&
+                detail->expireDate <= day.tradingDay && pos.second->position > 0) {
+                expiring.push_back(pos.first);
+            }
+        }
+        for (const std::string& key : expiring) {
+            expire(account, key, day, out);
+        }
+        // What stays is marked at the settlement: its floating profit becomes the day's result.
+        double result = 0.0;
+        for (auto& item : account.positions) {
+            auto& pos = item.second;
+            if (pos->position <= 0) {
+                continue;
+            }
+            const std::string stockKey = utils::vqStockKey(pos->market, pos->code);
+            const auto detail = m_instruments(stockKey);
+            const double unit = detail ? unitOf(*detail) : 1.0;
+            const double settle = settlementOf(day, stockKey, pos->lastPrice);
+            const double sign = pos->direction == kLong ? 1.0 : -1.0;
+            result += (settle - pos->avgPrice) * static_cast<double>(pos->position) * unit * sign;
+            pos->avgPrice = settle;
+            pos->lastPrice = settle;
+            pos->floatProfit = 0.0;
+            // The margin of a short from the day's settlement, for the contracts outside combinations.
+            if (detail && detail->isOption() && pos->direction == kShort) {
+                const double underlying = settlementOf(day, detail->underlyingKey(), underlyingPrice(*detail));
+                const double per = CExchangeRules::shortOptionMargin(*detail, settle, underlying);
+                if (utils::isUsable(per)) {
+                    const long long free = pos->position - locked(account, item.first);
+                    const double margin =
+                        round2(per * (1.0 + CExchangeRules::kBrokerMarginMarkup)) * static_cast<double>(free);
+                    account.margin = std::max(0.0, account.margin + margin - pos->margin);
+                    pos->margin = margin;
+                }
+            }
+            account.touched.push_back(pos);
+        }
+        account.fundsTouched = true;
+        record(account, day.tradingDay, "结算", nullptr, 0, 0.0, result, 0,
+               fmt::format("按结算价盯市, 浮动盈亏 {0:.2f} 元转入当日盈亏, 保证金按结算价重算", result), out);
+        revalue(account, out, false);
+    }
+}
+
 std::map<std::string, long long> CPaperBrokerCore::meta() const
 {
     return {{"orderSeq", m_orderSeq},
             {"dealSeq", m_dealSeq},
             {"commandSeq", m_commandSeq},
             {"taskSeq", m_taskSeq},
+            {"combSeq", m_combSeq},
+            {"recordSeq", m_recordSeq},
+            {"settledDay", m_settledDay},
             {"tradingDay", m_tradingDay}};
 }
 
@@ -1541,6 +2361,9 @@ void CPaperBrokerCore::setMeta(const std::map<std::string, long long>& values)
     m_dealSeq = std::max(m_dealSeq, get("dealSeq", 0));
     m_commandSeq = std::max(m_commandSeq, get("commandSeq", 0));
     m_taskSeq = std::max(m_taskSeq, get("taskSeq", 0));
+    m_combSeq = std::max(m_combSeq, get("combSeq", 0));
+    m_recordSeq = std::max(m_recordSeq, get("recordSeq", 0));
+    m_settledDay = static_cast<int>(get("settledDay", m_settledDay));
     m_tradingDay = static_cast<int>(get("tradingDay", m_tradingDay));
 }
 
@@ -1578,6 +2401,46 @@ void CPaperBrokerCore::restore(int dataType, const std::string& accountKey, cons
         deal->bsonValueFromObj(record, true, nullptr);
         deal->account = account->info;
         account->deals[deal->dealId] = deal;
+        break;
+    }
+    case nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION: {
+        auto comb = std::make_unique<Combination>();
+        comb->record = boost::make_shared<nqservice::CStkOptCombPositionDetail>();
+        comb->record->bsonValueFromObj(record, true, nullptr);
+        comb->record->account = account->info;
+        comb->margin = extra.getField("margin").numberDouble();
+        comb->legOneKey = extra.getField("one").str();
+        comb->legTwoKey = extra.getField("two").str();
+        const std::string id = comb->record->combId;
+        const long long number = id.size() > 1 ? std::atoll(id.c_str() + 1) : 0;
+        m_combSeq = std::max(m_combSeq, number);
+        account->combinations[id] = std::move(comb);
+        break;
+    }
+    case kPaperSettlementDataType: {
+        auto rec = boost::make_shared<CPaperSettlementRecord>();
+        rec->bsonValueFromObj(record, true, nullptr);
+        rec->account = account->info;
+        account->records[rec->recordId] = rec;
+        const long long number = rec->recordId.size() > 1 ? std::atoll(rec->recordId.c_str() + 1) : 0;
+        m_recordSeq = std::max(m_recordSeq, number);
+        m_deliveries.erase(std::remove_if(m_deliveries.begin(), m_deliveries.end(),
+                                          [&](const std::unique_ptr<Delivery>& d) {
+                                              return d->accountKey == accountKey && d->recordId == rec->recordId;
+                                          }),
+                           m_deliveries.end());
+        if (extra.hasField("stage") && extra.getField("stage").numberInt() != 2) {
+            auto d = std::make_unique<Delivery>();
+            d->accountKey = accountKey;
+            d->recordId = rec->recordId;
+            d->etfKey = extra.getField("etf").str();
+            d->shares = extra.getField("shares").numberLong();
+            d->cash = extra.getField("cash").numberDouble();
+            d->valueDay = extra.getField("valueDay").numberInt();
+            d->sellableDay = extra.getField("sellable").numberInt();
+            d->stage = extra.getField("stage").numberInt();
+            m_deliveries.push_back(std::move(d));
+        }
         break;
     }
     case nqservice::VQ_DATA_TYPE_TASK: {
@@ -1634,8 +2497,22 @@ void CPaperBrokerCore::finishRestore()
         }
     }
     for (auto& entry : m_accounts) {
+        // The legs' locks follow from the combinations held.
+        Account& account = *entry.second;
+        account.locks.clear();
+        for (const auto& comb : account.combinations) {
+            comb.second->record->account = account.info;
+            account.locks[comb.second->legOneKey] += comb.second->record->volume;
+            account.locks[comb.second->legTwoKey] += comb.second->record->volume;
+        }
+        for (const auto& d : m_deliveries) {
+            if (d->accountKey == entry.first && d->stage == 1) {
+                account.locks[positionKey(d->etfKey, kLong)] += d->shares;
+            }
+        }
         for (auto& pos : entry.second->positions) {
             pos.second->account = entry.second->info;
+            setAvailable(account, *pos.second);
         }
         for (const auto& deal : entry.second->deals) {
             const auto detail = m_instruments(utils::vqStockKey(deal.second->market, deal.second->code));

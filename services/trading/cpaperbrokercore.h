@@ -31,12 +31,19 @@ struct PaperAccountTerms {
 
 // One changed record: a copy, safe to hand to another thread.
 struct PaperChange {
-    int dataType = 0;  // 542 orders, 547 positions, 570 deals, 544 funds
+    int dataType = 0;  // 542 orders, 547 positions, 570 deals, 544 funds, 1030 combinations
     std::string accountKey;
     boost::shared_ptr<nqservice::IData> record;
     // What the broker keeps beside the record to restore itself (frozen amounts).
     bson::BSONObj extra;
     bool removed = false;  // the record left its table (a position closed out)
+};
+
+// How a trading day ends: its settlement prices by stock key (options and
+// futures; the funds' closing prices).
+struct PaperSettlement {
+    int tradingDay = 0;  // yyyymmdd
+    std::map<std::string, double> prices;
 };
 
 struct PaperResult {
@@ -64,25 +71,46 @@ public:
     void setHalted(bool halted) { m_halted = halted; }
     bool halted() const { return m_halted; }
 
-    // Checks the whole command, then accepts every order of it or none.
+    // Checks the whole command, then accepts every order of it or none. A
+    // command of combination orders (1090 forms, 1091 releases) is checked by
+    // the leg rules and the held positions instead: its order names the legs
+    // in a COptionCombStrategyParam (extraFlags bit 64), a build names the
+    // strategy code in stockInfo.textField2, a release the combination number
+    // in combPositionKey.
     PaperResult submit(const nqservice::COrderComandParam& command);
     PaperResult cancel(const std::string& accountKey, const std::string& orderId);
     // Stops a running task of the user and cancels what it has working. By the
     // task's (account number, task number), or by its server key.
     PaperResult terminateTask(int accountId, int taskId, const std::string& userName);
     PaperResult terminateTask(const std::string& serverKey, const std::string& userName);
+    // The account's combinations as they stand, sent again (a refresh of table 1030).
+    PaperResult refreshCombinations(const std::string& accountKey);
     // The newest snapshot of an instrument: the book that orders fill against.
     PaperResult onQuote(const boost::shared_ptr<const TC::CPriceData>& quote);
     // Moves the broker's time: auctions end, the close cancels what still works,
     // a new trading day starts; positions and funds are valued again.
     PaperResult onClock(long long epochMs);
 
+    // The close of a trading day, in one input: working orders expire, the
+    // combinations the exchange releases that day are released, expiring options
+    // are exercised, assigned or lapse (cash and ETF delivered the next trading
+    // day, the ETF sellable the day after), positions are marked at the
+    // settlement price with their floating profit realised into the day's result,
+    // and margin is recomputed. Each step is a record of kPaperSettlementDataType.
+    // A day already settled is refused; a new trading day settles a day missed
+    // with the books' last prices.
+    PaperResult settle(const PaperSettlement& day);
+    // Automatic exercise of long stock options in the money by more than the
+    // fees; on by default, as brokers offer it.
+    void setAutoExercise(bool on) { m_autoExercise = on; }
+    int settledDay() const { return m_settledDay; }
+
     // --- reads --------------------------------------------------------------
     long long now() const { return m_now; }
     bool hasAccount(const std::string& accountKey) const;
     std::vector<std::string> accountKeys() const;
     boost::shared_ptr<nqservice::CAccountInfo> accountInfo(const std::string& accountKey) const;
-    // Copies of a table of an account: 542, 547, 570 or 544.
+    // Copies of a table of an account: 542, 547, 570, 544, 1030 or kPaperSettlementDataType.
     std::vector<boost::shared_ptr<nqservice::IData>> table(const std::string& accountKey, int dataType) const;
     boost::shared_ptr<nqservice::CAccountDetail> funds(const std::string& accountKey) const;
     // The most contracts one order of this operation could have now: funds,
@@ -95,6 +123,12 @@ public:
     // Copies of the tasks of all accounts (table 541).
     std::vector<boost::shared_ptr<nqservice::IData>> tasks() const;
     boost::shared_ptr<const TC::CPriceData> book(const std::string& stockKey) const;
+    // Contracts of a position held in combinations: not closable until released.
+    long long lockedVolume(const std::string& accountKey, const std::string& stockKey, int direction) const;
+    // The margin one combination of the strategy takes, with the broker's markup;
+    // absent when the legs do not make that strategy.
+    double combinationMargin(const std::string& strategyCode, const nqservice::CInstrumentDetail& legOne,
+                             const nqservice::CInstrumentDetail& legTwo) const;
 
     // --- restoring from the ledger --------------------------------------------
     // Feeds one stored record back (in the order they were committed); call
@@ -110,6 +144,9 @@ private:
     struct Working;
     struct Need;
     struct Task;
+    struct Combination;
+    struct CombinationLegs;
+    struct Delivery;
 
     Account* findAccount(const std::string& key);
     const Account* findAccount(const std::string& key) const;
@@ -139,6 +176,24 @@ private:
     void releaseSlices(PaperResult& out);
     void settleTasks(PaperResult& out);
     PaperResult stopTask(Task& task, const std::string& userName);
+    PaperResult submitCombinations(const nqservice::COrderComandParam& command);
+    std::string checkLegs(const std::string& strategyCode, const nqservice::COptionCombStrategyParam& param,
+                          CombinationLegs& legs) const;
+    std::string formCombination(Account& account, const nqservice::CCodeOrderParam& param, PaperResult& out);
+    std::string releaseCombination(Account& account, const nqservice::CCodeOrderParam& param, PaperResult& out);
+    // Releases a volume of a combination: its margin goes, the short legs take theirs again.
+    void release(Account& account, Combination& comb, long long volume, PaperResult& out);
+    void emitCombination(const Account& account, const Combination& comb, PaperResult& out) const;
+    long long locked(const Account& account, const std::string& positionKey) const;
+    void settleDay(const PaperSettlement& day, PaperResult& out);
+    void expire(Account& account, const std::string& positionKey, const PaperSettlement& day, PaperResult& out);
+    // A record of the close; pending deliveries carry what restores them.
+    void record(Account& account, int tradingDay, const std::string& kind, const nqservice::CInstrumentDetail* detail,
+                long long volume, double price, double amount, int valueDay, const std::string& note,
+                PaperResult& out, const Delivery* pending = nullptr);
+    void deliver(int tradingDay, PaperResult& out);
+    double settlementOf(const PaperSettlement& day, const std::string& stockKey, double fallback) const;
+    void setAvailable(const Account& account, nqservice::CPositionStatics& pos) const;
     int accountNumber(const std::string& accountKey) const;
     void beginDay(int tradingDay, PaperResult& out);
     int phaseOf(const std::string& market) const;
@@ -168,6 +223,11 @@ private:
     long long m_commandSeq = 0;
     long long m_taskSeq = 0;
     long long m_lastRelease = 0;
+    long long m_combSeq = 0;
+    long long m_recordSeq = 0;
+    int m_settledDay = 0;
+    bool m_autoExercise = true;
+    std::vector<std::unique_ptr<Delivery>> m_deliveries;  // cash and shares still to arrive or to free
     std::map<int, std::unique_ptr<Task>> m_tasks;  // by task number
     bool m_halted = false;
 };

@@ -99,20 +99,21 @@ protected:
 
 }  // namespace
 
-TEST_F(AccountsDockTest, FollowsTheFourTablesOfEveryReadyAccountOnly)
+TEST_F(AccountsDockTest, FollowsTheFiveTablesOfEveryReadyAccountOnly)
 {
     desk::CAccountsDock dock;
     EXPECT_EQ(dock.feed()->followedAccounts(), std::vector<std::string>{"A1"});
-    EXPECT_EQ(one->openSubscriptions(), 4);
-    for (int type : {542, 570, 547, 544}) {
+    EXPECT_EQ(one->openSubscriptions(), 5);
+    for (int type : {542, 570, 547, 544, 1030}) {
         EXPECT_EQ(one->openSubscriptions(type), 1) << type;
     }
     EXPECT_EQ(two->subscriptionsMade(), 0) << "an account that is not logged in is not asked";
-    ASSERT_EQ(dock.tabs()->count(), 4);
+    ASSERT_EQ(dock.tabs()->count(), 5);
     EXPECT_EQ(dock.tabs()->tabText(0), QStringLiteral("委托"));
     EXPECT_EQ(dock.tabs()->tabText(1), QStringLiteral("成交"));
     EXPECT_EQ(dock.tabs()->tabText(2), QStringLiteral("持仓"));
     EXPECT_EQ(dock.tabs()->tabText(3), QStringLiteral("资金"));
+    EXPECT_EQ(dock.tabs()->tabText(4), QStringLiteral("组合持仓"));
     EXPECT_EQ(dock.table(desk::CAccountsDock::TAB_ORDERS)->columnHeader(desk::COrdersTableModel::COL_CANCEL),
               QStringLiteral("撤单"));
 }
@@ -229,7 +230,7 @@ TEST_F(AccountsDockTest, ALoginChangeReportedOnAServiceThreadSubscribesAfreshOrL
 
     login->set("A2", nqservice::BLS_READY);
     std::thread([&] { emit client->sigLoginStatus(infoTwo, nqservice::BLS_READY, std::string()); }).join();
-    ASSERT_TRUE(testsupport::waitUntil([&] { return two->openSubscriptions() == 4; }));
+    ASSERT_TRUE(testsupport::waitUntil([&] { return two->openSubscriptions() == 5; }));
     EXPECT_EQ(dock.ordersModel()->rowCount(), 2);
     EXPECT_EQ(dock.ordersModel()->index(0, desk::COrdersTableModel::COL_ACCOUNT).data().toString(),
               QStringLiteral("模拟二"));
@@ -244,15 +245,15 @@ TEST_F(AccountsDockTest, ALoginChangeReportedOnAServiceThreadSubscribesAfreshOrL
     // Back again: a fresh subscription, the rows read anew.
     login->set("A1", nqservice::BLS_READY);
     std::thread([&] { emit client->sigLoginStatus(infoOne, nqservice::BLS_READY, std::string()); }).join();
-    ASSERT_TRUE(testsupport::waitUntil([&] { return one->openSubscriptions() == 4; }));
-    EXPECT_EQ(one->subscriptionsMade(), 8);
+    ASSERT_TRUE(testsupport::waitUntil([&] { return one->openSubscriptions() == 5; }));
+    EXPECT_EQ(one->subscriptionsMade(), 10);
     EXPECT_EQ(dock.ordersModel()->rowCount(), 2);
 }
 
 TEST_F(AccountsDockTest, DestroyingTheDockDropsEverySubscription)
 {
     auto* dock = new desk::CAccountsDock;
-    ASSERT_EQ(one->openSubscriptions(), 4);
+    ASSERT_EQ(one->openSubscriptions(), 5);
     publishFromThread(one, 542, {makeOrder(infoOne, "o1", 1000, nqservice::OS_WORKING, 5, 0)});
     EXPECT_EQ(one->delivered.load(), 1);
     delete dock;

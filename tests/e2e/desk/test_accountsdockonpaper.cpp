@@ -2,6 +2,8 @@
 // paper broker: what a trader sends shows in the dock, a working order is
 // cancelled by its button, and a paused desk says why it refuses.
 #include "app/caccountsdock.h"
+#include "app/ccombinationbuilddialog.h"
+#include "app/ccombinationstablemodel.h"
 #include "app/cdeskmessageservice.h"
 #include "app/cdeskservices.h"
 #include "app/cdeskwindow.h"
@@ -25,6 +27,9 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QComboBox>
+#include <QAbstractButton>
+#include <QSpinBox>
 #include <QCoreApplication>
 #include <QDockWidget>
 #include <QTableView>
@@ -175,4 +180,90 @@ TEST_F(AccountsDockOnPaper, APausedDeskRefusesOrdersAndSaysWhy)
     ASSERT_TRUE(send(call, nqservice::PT_OPPONENT, 0.0, 1));
     ASSERT_TRUE(testsupport::waitUntil(
         [&] { return dock()->positionsModel()->rowOfKey(kAccount + "|" + call->key() + "|48") >= 0; }, 10000));
+}
+
+TEST_F(AccountsDockOnPaper, ACombinationIsFormedByTheBuildDialogAndReleasedByItsButton)
+{
+    // A bull call spread: long the at-the-money call, short the next strike up.
+    const auto call = paperdesk::atTheMoneyCall();
+    ASSERT_TRUE(call);
+    TC::CExchangeClient* exchange = utils::CManualSingletonT<TC::CExchangeClient>::instance();
+    QMap<QString, QMap<QString, QStringList>> chains;
+    exchange->getStockOptionMap(chains);
+    std::shared_ptr<nqservice::CInstrumentDetail> higher;
+    for (const QString& key : chains.value(QStringLiteral("510050.SH")).first()) {
+        const auto detail = exchange->getCodeInfo(key);
+        if (detail && detail->call && !detail->adjusted && detail->expireDate == call->expireDate &&
+            detail->exercisePrice > call->exercisePrice + 1e-6 &&
+            (!higher || detail->exercisePrice < higher->exercisePrice)) {
+            higher = detail;
+        }
+    }
+    ASSERT_TRUE(higher);
+    auto* commands = utils::CManualSingletonT<TC::COvCommandCenter>::instance();
+    std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>> params = {
+        paperdesk::opponentOrder(kAccount, *call, nqservice::OT_BUY_OPEN, 2),
+        paperdesk::opponentOrder(kAccount, *higher, nqservice::OT_SELL_OPEN, 2)};
+    ASSERT_TRUE(commands->createCommand(nqservice::VQ_TRADER_TYPE_STOCK_OPTION, nqservice::VQ_HEDGE_TYPE_NONE, params,
+                                        {{kAccount, 1.0}}, nqservice::VQ_STOP_LOSS_NONE, false, true,
+                                        TC::COvCommandCenter::CommandCallback(), bson::BSONObj(), ""));
+    const std::string shortKey = kAccount + "|" + higher->key() + "|49";
+    const std::string longKey = kAccount + "|" + call->key() + "|48";
+    auto available = [&](const std::string& key) {
+        const int row = dock()->positionsModel()->rowOfKey(key);
+        return row < 0 ? QString() : dock()->positionsModel()->index(row, desk::CPositionsTableModel::COL_AVAILABLE).data().toString();
+    };
+    ASSERT_TRUE(testsupport::waitUntil([&] { return available(shortKey) == "2" && available(longKey) == "2"; }, 10000));
+    const QString marginBefore =
+        dock()->fundsModel()->index(dock()->fundsModel()->rowOfKey(kAccount), desk::CFundsTableModel::COL_MARGIN).data().toString();
+
+    dock()->tabs()->setCurrentIndex(desk::CAccountsDock::TAB_COMBINATIONS);
+    EXPECT_EQ(dock()->buildButton()->text(), QStringLiteral("构建组合"));
+    std::unique_ptr<desk::CCombinationBuildDialog> dialog(dock()->makeBuildDialog());
+    auto pick = [&](QComboBox* box, const std::string& code) {
+        for (int i = 0; i < box->count(); ++i) {
+            if (box->itemText(i).contains(QString::fromStdString(code))) {
+                box->setCurrentIndex(i);
+                return true;
+            }
+        }
+        return false;
+    };
+    ASSERT_TRUE(pick(dialog->legOneBox(), call->code));
+    ASSERT_TRUE(pick(dialog->legTwoBox(), higher->code));
+    dialog->strategyBox()->setCurrentIndex(dialog->strategyBox()->findData(QStringLiteral("CNSJC")));
+    dialog->volumeBox()->setValue(2);
+    dialog->accept();
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+    ASSERT_TRUE(testsupport::waitUntil([&] { return dock()->combinationsModel()->rowCount() == 1; }, 10000));
+    auto* model = dock()->combinationsModel();
+    EXPECT_EQ(model->index(0, desk::CCombinationsTableModel::COL_STRATEGY).data().toString(), QStringLiteral("CNSJC"));
+    EXPECT_EQ(model->index(0, desk::CCombinationsTableModel::COL_VOLUME).data().toString(), QStringLiteral("2"));
+    ASSERT_TRUE(testsupport::waitUntil([&] { return available(shortKey) == "0" && available(longKey) == "0"; }, 10000));
+    // A bull call spread holds no margin: the short leg's goes.
+    ASSERT_TRUE(testsupport::waitUntil([&] {
+        return dock()->fundsModel()->index(dock()->fundsModel()->rowOfKey(kAccount), desk::CFundsTableModel::COL_MARGIN)
+                   .data()
+                   .toString() != marginBefore;
+    }));
+
+    // Nothing selected: the reason; the row selected: released.
+    dock()->table(desk::CAccountsDock::TAB_COMBINATIONS)->setSelectedRow(-1);
+    EXPECT_FALSE(dock()->releaseSelected());
+    dock()->table(desk::CAccountsDock::TAB_COMBINATIONS)->setSelectedRow(0);
+    dock()->releaseButton()->click();
+    ASSERT_TRUE(testsupport::waitUntil([&] { return model->rowCount() == 0; }, 10000));
+    ASSERT_TRUE(testsupport::waitUntil([&] { return available(shortKey) == "2" && available(longKey) == "2"; }, 10000));
+
+    const QString shots = qEnvironmentVariable("OPTDESK_SHOT_DIR");
+    if (!shots.isEmpty()) {
+        ASSERT_TRUE(commands->createCommand(dialog->command(), TC::COvCommandCenter::CommandCallback(), true, 0));
+        ASSERT_TRUE(testsupport::waitUntil([&] { return model->rowCount() == 1; }, 10000));
+        window->accountsDock()->raise();
+        for (const QString& theme : {QStringLiteral("dark"), QStringLiteral("light")}) {
+            window->applyTheme(theme);
+            QCoreApplication::processEvents();
+            window->grab().save(QStringLiteral("%1/combinations-%2.png").arg(shots, theme));
+        }
+    }
 }

@@ -6,6 +6,7 @@
 #include "seam/cinstrumentdetail.h"
 #include "seam/cpricedata.h"
 #include "seam/marketenums.h"
+#include "seam/tradinghelpers.h"
 #include "seam/tradingrecords.h"
 #include "services/trading/cpaperbrokercore.h"
 
@@ -24,6 +25,13 @@ inline const std::string kCall = "10000001.SH";
 inline const std::string kPut = "10000002.SH";
 inline const std::string kFuture = "m2601.DCE";
 inline const std::string kMealCall = "m2601-C-3200.DCE";
+// More 50ETF options for combinations: the 3.1 strike of the same month, a
+// call of another month, one with an adjusted unit, and a 300ETF call.
+inline const std::string kCall31 = "10000003.SH";
+inline const std::string kPut31 = "10000004.SH";
+inline const std::string kCallLater = "10000005.SH";
+inline const std::string kCallAdjusted = "10000006.SH";
+inline const std::string kCall300 = "10000007.SH";
 
 // Exchange-local time (UTC+8) as epoch milliseconds.
 inline long long at(int hour, int minute, int second = 0, const QDate& day = QDate(2026, 11, 24))
@@ -40,6 +48,12 @@ public:
         auto call = option("SH", "10000001", "50ETF购12月3000", true, 3.0, 10000.0, 0.0001, 0.1000);
         auto put = option("SH", "10000002", "50ETF沽12月3000", false, 3.0, 10000.0, 0.0001, 0.0800);
         call->kind = put->kind = nqservice::IK_STOCK_OPTION;
+        option("SH", "10000003", "50ETF购12月3100", true, 3.1, 10000.0, 0.0001, 0.0600);
+        option("SH", "10000004", "50ETF沽12月3100", false, 3.1, 10000.0, 0.0001, 0.1200);
+        option("SH", "10000005", "50ETF购1月3100", true, 3.1, 10000.0, 0.0001, 0.0700)->expireDate = 20280126;
+        option("SH", "10000006", "50ETF购12月3100A", true, 3.1, 10150.0, 0.0001, 0.0600);
+        auto other = option("SH", "10000007", "300ETF购12月4000", true, 4.0, 10000.0, 0.0001, 0.1000);
+        other->underlyingCode = "510300";
         auto future = make("DCE", "m2601", "豆粕2601", nqservice::IK_FUTURE, 1.0, 10.0);
         future->preClosePrice = future->preSettlementPrice = 3200.0;
         auto meal = option("DCE", "m2601-C-3200", "豆粕2601购3200", true, 3200.0, 10.0, 0.5, 100.0);
@@ -166,6 +180,35 @@ inline nqservice::COrderComandParam command(std::vector<boost::shared_ptr<nqserv
     command.traderType = type;
     command.params = std::move(params);
     return command;
+}
+
+// One combination order: a build names the strategy, a release the combination
+// number; the legs go in the combination parameter (bit 64), the code is "A/B".
+inline boost::shared_ptr<nqservice::CCodeOrderParam> combination(const trading::PaperAccountTerms& terms, int operation,
+                                                                 const std::string& strategy, const std::string& one,
+                                                                 const std::string& two, long long volume,
+                                                                 const std::string& combId = std::string())
+{
+    auto param = boost::make_shared<nqservice::CCodeOrderParam>();
+    param->account = terms.info;
+    const std::string codeOne = one.substr(0, one.rfind('.'));
+    const std::string codeTwo = two.substr(0, two.rfind('.'));
+    param->stockInfo.market = one.substr(one.rfind('.') + 1);
+    param->stockInfo.code = codeOne + "/" + codeTwo;
+    param->stockInfo.textField2 = strategy;
+    param->operationType = static_cast<nqservice::EOperationType>(operation);
+    param->priceType = nqservice::DataHelper::getOptionCombStrategyPriceType(strategy);
+    param->price = 0.0;
+    param->volume = volume;
+    param->hedgeFlag = nqservice::HF_SPECULATION;
+    param->combPositionKey = combId;
+    auto legs = boost::make_shared<nqservice::COptionCombStrategyParam>();
+    legs->marketName = param->stockInfo.market;
+    legs->legOneCode = codeOne;
+    legs->legTwoCode = codeTwo;
+    param->extraFlags |= nqservice::VQ_EXTRA_PARAM_OPTION_COMB_STRATEGY;
+    nqservice::DataHelper::fillExtraParam(param->extraParams, nqservice::VQ_EXTRA_PARAM_OPTION_COMB_STRATEGY, legs);
+    return param;
 }
 
 }  // namespace paperfixture
