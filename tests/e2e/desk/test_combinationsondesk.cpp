@@ -192,6 +192,15 @@ TEST_F(CombinationsOnDesk, ASpreadIsListedFoundReleasedAndAnotherClosedByADouble
     ASSERT_TRUE(testsupport::waitUntil([&] { return listed(*call, '0') == "2" && listed(*higher, '1') == "2"; }, 10000));
     formFromTheDock(2);
     ASSERT_TRUE(testsupport::waitUntil([&] { return rows() == 1; }, 10000));
+    const QString shots = qEnvironmentVariable("OPTDESK_SHOT_DIR");
+    if (!shots.isEmpty()) {
+        panel()->emptyStringChange();
+        for (const QString& theme : {QStringLiteral("dark"), QStringLiteral("light")}) {
+            window->applyTheme(theme);
+            QCoreApplication::processEvents();
+            window->grab().save(QStringLiteral("%1/opsp-%2.png").arg(shots, theme));
+        }
+    }
     WG::CMessageBox::TestHook hook;
     hook.queueAnswer(QMessageBox::Yes);
     panel()->handleEvent(WG::UE_CELL_ACTIVATED, 0, table()->rowID(0), QString(), nullptr);
