@@ -95,6 +95,7 @@ TEST_F(CombTableTest, LegColumnsShowBothLegsGreeksAndTimeValues)
     EXPECT_EQ(cell(key, model()->legColumn(1, M::LF_RHO)), TC::CCombLegFigures::greekText(legTwo.rho, 0));
     EXPECT_EQ(cell(key, model()->legColumn(1, M::LF_TIME_VALUE)), QStringLiteral("0.0600"));
     EXPECT_NE(cell(key, model()->legColumn(0, M::LF_DELTA)), cell(key, model()->legColumn(1, M::LF_DELTA)));
+    EXPECT_EQ(cell(key, 0), QStringLiteral("A1")) << "the account shows by its key";
     EXPECT_EQ(cell(key, 2), QStringLiteral("c1"));
     EXPECT_EQ(cell(key, 5), QStringLiteral("2"));
 }
