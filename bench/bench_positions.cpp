@@ -7,6 +7,7 @@
 // applying it.
 #include "bench/marketrig.h"
 #include "bench/widgetbench.h"
+#include "tests/app/accountsfakes.h"
 #include "positions/chpfpricequotedata.h"
 #include "positions/chpfpricequotedatamodel.h"
 #include "positions/chpfpricequotedatatable.h"
@@ -212,65 +213,6 @@ BENCHMARK(BM_TenThousandTicks)->Iterations(1)->Unit(benchmark::kSecond);
 
 // ---- the combination table ----
 
-// One account's table 1030, as a broker holds it.
-class CCombAccountData : public nqservice::CAccountData {
-public:
-    void getVector(int dataType, std::vector<boost::shared_ptr<nqservice::IData>>& out) override
-    {
-        out.clear();
-        if (dataType == nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION) {
-            out = records;
-        }
-    }
-    boost::shared_ptr<nqservice::SubRequest> subscribe(int, const std::string&, const nqservice::DataCallback&) override
-    {
-        return boost::shared_ptr<nqservice::SubRequest>();
-    }
-    boost::shared_ptr<nqservice::CAccountInfo> getAccountInfo() override { return info; }
-    boost::shared_ptr<nqservice::CAccountDetail> getAccountDetail() override
-    {
-        return boost::shared_ptr<nqservice::CAccountDetail>();
-    }
-    double getCanOrderVolume(const std::string&, const std::string&, int, int, double, long long,
-                             nqservice::EPriceType, long long) override
-    {
-        return 0.0;
-    }
-    boost::shared_ptr<nqservice::CAccountInfo> info;
-    std::vector<boost::shared_ptr<nqservice::IData>> records;
-};
-
-class CCombDataCenter : public nqservice::IDataCenter {
-public:
-    boost::shared_ptr<nqservice::CAccountData> getAccountData(unsigned long long hash) override
-    {
-        auto it = accounts.find(hash);
-        return it == accounts.end() ? boost::shared_ptr<nqservice::CAccountData>() : it->second;
-    }
-    boost::shared_ptr<nqservice::IDataTable> getAllAccountsTable() override
-    {
-        return boost::shared_ptr<nqservice::IDataTable>();
-    }
-    int getTradingPhase(const std::string&, const std::string&) override { return 0; }
-    bool isVolumeQueryByBroker(const std::string&) override { return false; }
-    std::map<unsigned long long, boost::shared_ptr<CCombAccountData>> accounts;
-};
-
-class CCombTraderCenter : public nqservice::TraderCenter {
-public:
-    boost::shared_ptr<nqservice::IDataCenter> getDataCenter() override { return data; }
-    boost::shared_ptr<nqservice::ICalculator> getCalculator() override
-    {
-        return boost::shared_ptr<nqservice::ICalculator>();
-    }
-    boost::shared_ptr<nqservice::ITaskCenter> getTaskCenter() override
-    {
-        return boost::shared_ptr<nqservice::ITaskCenter>();
-    }
-    nqservice::IFeeService* getFeeService() override { return nullptr; }
-    boost::shared_ptr<CCombDataCenter> data = boost::make_shared<CCombDataCenter>();
-};
-
 // Ten accounts of 200 combinations each, their legs pairs of neighbouring
 // 50ETF options, and a shown combination table.
 class CCombRig : public benchrig::CMarketRig {
@@ -281,13 +223,10 @@ public:
     CCombRig()
     {
         const QStringList options = optionsOf50Etf(false);
-        auto center = boost::make_shared<CCombTraderCenter>();
+        auto center = boost::make_shared<accountsfakes::CFakeTraderCenter>();
         for (int a = 0; a < kAccounts; ++a) {
-            auto data = boost::make_shared<CCombAccountData>();
-            data->info = boost::make_shared<nqservice::CAccountInfo>();
-            data->info->accountId = "B" + std::to_string(a);
-            data->info->accountType = nqservice::VQ_BROKER_TYPE_STOCK_OPTION;
-            data->info->brokerId = 1;
+            const auto data =
+                center->data->addAccount(accountsfakes::makeAccount("B" + std::to_string(a), "模拟" + std::to_string(a)));
             for (int c = 0; c < kPerAccount; ++c) {
                 auto detail = boost::make_shared<nqservice::CStkOptCombPositionDetail>();
                 detail->account = data->info;
@@ -302,10 +241,9 @@ public:
                 detail->legOneType = '0';
                 detail->legTwoCode = options.at(leg + 1).section(QLatin1Char('.'), 0, 0).toStdString();
                 detail->legTwoType = '1';
-                data->records.push_back(detail);
+                data->store(nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION, detail);
             }
             keys.push_back(data->info->accountId);
-            center->data->accounts[utils::hash(data->info->accountId)] = data;
         }
         nqservice::TraderCenter::install(center);
         table = std::make_unique<TC::COptionStrategyPositionTable>(0, nullptr);
