@@ -1,6 +1,7 @@
 #include "app/cdeskwindow.h"
 
 #include "app/caccountsdock.h"
+#include "app/ccombclosehandler.h"
 #include "app/cdeskmessageservice.h"
 #include "app/cgreeksimportsettingsdialog.h"
 #include "app/cmessagesmodel.h"
@@ -8,6 +9,7 @@
 #include "app/cwinnersettingsdialog.h"
 #include "app/crecordtable.h"
 
+#include "positions/coptionstrategypositionpanel.h"
 #include "seam/logger.h"
 #include "seam/trading.h"
 #include "seam/tradingrecords.h"
@@ -360,6 +362,13 @@ void CDeskWindow::addPanel(const QString& name)
     }
     if (QMenu* view = menuBar()->findChild<QMenu*>(QStringLiteral("menuView"))) {
         view->addAction(dock->toggleViewAction());
+    }
+    // A double click in the combination panel asks the desk to close the combination, as a host does.
+    if (auto* combinations = qobject_cast<TC::COptionStrategyPositionPanel*>(panel)) {
+        connect(combinations, &TC::COptionStrategyPositionPanel::sigCloseOptionCombPosition, this,
+                [this](boost::shared_ptr<nqservice::CStkOptCombPositionDetail> detail) {
+                    CCombCloseHandler::closeCombination(this, detail);
+                });
     }
     // Host hand-over: trade type first here, so a saved string meets the columns of its type.
     panel->setTradeType(m_factory.traderType(name));

@@ -5,6 +5,7 @@
 #include "board/coptionpricetpanel.h"
 #include "positions/coptionpricequotepanel.h"
 #include "strategy/coptionstrategypanel.h"
+#include "positions/coptionstrategypositionpanel.h"
 
 namespace desk {
 
@@ -19,6 +20,8 @@ CPanelFactory CPanelFactory::withBuiltins()
                 [](int id, QWidget* parent) { return new TC::COptionPriceQuotePanel(id, parent); });
     factory.add(QStringLiteral("ops"), QStringLiteral("策略组合"),
                 [](int id, QWidget* parent) { return new TC::COptionStrategyPanel(id, parent); });
+    factory.add(QStringLiteral("opsp"), QStringLiteral("组合持仓"),
+                [](int id, QWidget* parent) { return new TC::COptionStrategyPositionPanel(id, parent); });
     return factory;
 }
 

@@ -2,16 +2,21 @@
 // option of one side of 50ETF over all its months (work outside painting, and
 // with the repaint for reference), the cell operations a paint makes and the
 // heap allocations they cost, and whether ten thousand ticks make widgets or
-// memory grow.
+// memory grow. The combination table: a reload of 2,000 combinations over ten
+// accounts on the model's worker, and the longest stretch the GUI thread spends
+// applying it.
 #include "bench/marketrig.h"
 #include "bench/widgetbench.h"
+#include "tests/app/accountsfakes.h"
 #include "positions/chpfpricequotedata.h"
 #include "positions/chpfpricequotedatamodel.h"
 #include "positions/chpfpricequotedatatable.h"
 #include "positions/coptionpricequotepanel.h"
+#include "positions/coptionstrategypositiontable.h"
 #include "seam/calculator.h"
 #include "seam/cexchangeclient.h"
 #include "seam/ctimeservice.h"
+#include "seam/trading.h"
 #include "seam/user.h"
 #include "services/market/csimexchangeclient.h"
 #include "services/market/csimmarket.h"
@@ -23,12 +28,16 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTimeZone>
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <map>
 #include <cstdlib>
 #include <memory>
 #include <vector>
@@ -201,6 +210,114 @@ void BM_TenThousandTicks(benchmark::State& state)
     state.counters["flashingRows"] = rig.panel->flashingRowCount();
 }
 BENCHMARK(BM_TenThousandTicks)->Iterations(1)->Unit(benchmark::kSecond);
+
+// ---- the combination table ----
+
+// Ten accounts of 200 combinations each, their legs pairs of neighbouring
+// 50ETF options, and a shown combination table.
+class CCombRig : public benchrig::CMarketRig {
+public:
+    static constexpr int kAccounts = 10;
+    static constexpr int kPerAccount = 200;
+
+    CCombRig()
+    {
+        const QStringList options = optionsOf50Etf(false);
+        auto center = boost::make_shared<accountsfakes::CFakeTraderCenter>();
+        for (int a = 0; a < kAccounts; ++a) {
+            const auto data =
+                center->data->addAccount(accountsfakes::makeAccount("B" + std::to_string(a), "模拟" + std::to_string(a)));
+            for (int c = 0; c < kPerAccount; ++c) {
+                auto detail = boost::make_shared<nqservice::CStkOptCombPositionDetail>();
+                detail->account = data->info;
+                detail->market = "SH";
+                detail->combId = "Z" + std::to_string(a * kPerAccount + c);
+                detail->strategyCode = "CNSJC";
+                detail->name = "认购牛市价差";
+                detail->volume = 1 + c % 9;
+                detail->releaseVolume = detail->volume;
+                const int leg = (a * 7 + c) % (options.size() - 1);
+                detail->legOneCode = options.at(leg).section(QLatin1Char('.'), 0, 0).toStdString();
+                detail->legOneType = '0';
+                detail->legTwoCode = options.at(leg + 1).section(QLatin1Char('.'), 0, 0).toStdString();
+                detail->legTwoType = '1';
+                data->store(nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION, detail);
+            }
+            keys.push_back(data->info->accountId);
+        }
+        nqservice::TraderCenter::install(center);
+        table = std::make_unique<TC::COptionStrategyPositionTable>(0, nullptr);
+        table->resize(1900, 900);
+        table->show();
+        QCoreApplication::processEvents();
+    }
+    ~CCombRig() override
+    {
+        table.reset();
+        nqservice::TraderCenter::destroy();
+    }
+
+    std::vector<std::string> keys;
+    std::unique_ptr<TC::COptionStrategyPositionTable> table;
+};
+
+// A reload of every account, from the requests to the rows on screen. The
+// wall time is manual: the worker's span (first job start to last job end),
+// with counters for the whole reload and the longest GUI stretch (one turn of
+// the event loop that applies queued rows, or the tick's update of the table).
+void BM_ReloadTwoThousandCombinations(benchmark::State& state)
+{
+    CCombRig rig;
+    TC::CHpfOptionStrategyPositionModel* model = rig.table->getModel();
+    double longestGuiMs = 0.0;
+    double longestTurnMs = 0.0;
+    double longestUpdateMs = 0.0;
+    double longestWorkerMs = 0.0;
+    double longestWallMs = 0.0;
+    int rows = 0;
+    for (auto _ : state) {
+        rig.table->clear();
+        rig.table->updateTable();
+        QCoreApplication::processEvents();
+        std::atomic<long long> workerStart{0};
+        std::atomic<long long> workerEnd{0};
+        QElapsedTimer wall;
+        wall.start();
+        const auto now = [] {
+            return std::chrono::duration_cast<std::chrono::microseconds>(
+                       std::chrono::steady_clock::now().time_since_epoch())
+                .count();
+        };
+        model->postJob([&] { workerStart = now(); });
+        for (const std::string& key : rig.keys) {
+            rig.table->requestAccount(key);
+        }
+        model->postJob([&] { workerEnd = now(); });
+        QElapsedTimer turn;
+        while (model->pendingUpdates() > 0) {
+            turn.start();
+            QCoreApplication::processEvents(QEventLoop::AllEvents);
+            longestTurnMs = std::max(longestTurnMs, static_cast<double>(turn.nsecsElapsed()) / 1e6);
+        }
+        turn.start();
+        rig.table->updateTable();
+        longestUpdateMs = std::max(longestUpdateMs, static_cast<double>(turn.nsecsElapsed()) / 1e6);
+        longestGuiMs = std::max(longestTurnMs, longestUpdateMs);
+        const double wallMs = static_cast<double>(wall.nsecsElapsed()) / 1e6;
+        const double workerMs = static_cast<double>(workerEnd - workerStart) / 1e3;
+        longestWallMs = std::max(longestWallMs, wallMs);
+        longestWorkerMs = std::max(longestWorkerMs, workerMs);
+        state.SetIterationTime(workerMs / 1e3);
+        rows = model->size();
+    }
+    state.counters["rows"] = rows;
+    state.counters["maxWorkerMs"] = longestWorkerMs;
+    state.counters["maxReloadWallMs"] = longestWallMs;
+    state.counters["maxGuiBlockMs"] = longestGuiMs;
+    state.counters["maxTurnMs"] = longestTurnMs;
+    state.counters["maxUpdateMs"] = longestUpdateMs;
+}
+BENCHMARK(BM_ReloadTwoThousandCombinations)->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -56,6 +56,18 @@ QString CHpfData::displayText(int column) const
         return WG::formatLongLongNumber(element.numberLong(), 0, utils::FNF_NONE);
     case bson::Bool:
         return element.boolean() ? QStringLiteral("是") : QStringLiteral("否");
+    case bson::Object: {
+        // An embedded record (the account of a position) shows its first text
+        // that is set: the account's key rather than an empty cell.
+        bson::BSONObjIterator it(element.embeddedObject());
+        while (it.more()) {
+            const bson::BSONElement inner = it.next();
+            if (inner.type() == bson::String && !inner.str().empty()) {
+                return QString::fromStdString(inner.str());
+            }
+        }
+        return QString();
+    }
     default:
         return QString();
     }

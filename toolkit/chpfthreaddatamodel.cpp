@@ -138,6 +138,15 @@ bool CHpfThreadDataModel::removeDataByKey(const std::string& key)
     return true;
 }
 
+int CHpfThreadDataModel::removeDatasByKeys(const std::vector<std::string>& keys)
+{
+    if (onGuiThread()) {
+        return CHpfDataModel::removeDatasByKeys(keys);
+    }
+    applyOnGui([this, keys] { CHpfDataModel::removeDatasByKeys(keys); });
+    return static_cast<int>(keys.size());
+}
+
 int CHpfThreadDataModel::pendingUpdates() const
 {
     std::lock_guard<std::mutex> lock(m_jobMutex);

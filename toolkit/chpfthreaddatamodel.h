@@ -17,6 +17,7 @@
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 class QObject;
 
@@ -37,16 +38,20 @@ public:
     void updateDataFixColorForSortTime(const boost::shared_ptr<nqservice::IData>& data, const QString& colorKey);
     // From the GUI thread at once; from another thread queued behind earlier updates.
     bool removeDataByKey(const std::string& key) override;
+    int removeDatasByKeys(const std::vector<std::string>& keys) override;
 
     // For tests and shutdown: waits until no job is queued or running and the
     // handed-over rows are applied (runs the GUI event loop when called on it).
     bool waitForIdle(int timeoutMs);
     int pendingUpdates() const;
 
-private:
-    void workerLoop();
+protected:
+    // Runs apply on the GUI thread: at once there, else queued behind the earlier applies.
     void applyOnGui(std::function<void()> apply);
     bool onGuiThread() const;
+
+private:
+    void workerLoop();
 
     QObject* m_receiver;
     std::thread::id m_guiThread;

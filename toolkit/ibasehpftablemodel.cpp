@@ -41,6 +41,35 @@ bool IBaseHpfTableModel::removeDataByKey(const std::string& key)
     return true;
 }
 
+int IBaseHpfTableModel::removeDatasByKeys(const std::vector<std::string>& keys)
+{
+    int removed = 0;
+    {
+        std::lock_guard<std::mutex> lock(m_rowsMutex);
+        std::vector<char> drop(m_rows.size(), 0);
+        for (const std::string& key : keys) {
+            auto it = m_index.find(key);
+            if (it != m_index.end() && drop[static_cast<std::size_t>(it->second)] == 0) {
+                drop[static_cast<std::size_t>(it->second)] = 1;
+                ++removed;
+            }
+        }
+        if (removed == 0) {
+            return 0;
+        }
+        std::size_t kept = 0;
+        for (std::size_t i = 0; i < m_rows.size(); ++i) {
+            if (drop[i] == 0) {
+                m_rows[kept++] = m_rows[i];
+            }
+        }
+        m_rows.resize(kept);
+        rebuildIndex();
+    }
+    notifyStructureChanged();
+    return removed;
+}
+
 void IBaseHpfTableModel::clear()
 {
     {

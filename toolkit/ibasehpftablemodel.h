@@ -49,6 +49,8 @@ public:
     virtual const QColor* getBackgroundColor(int column) const;
     virtual int columnFlag(int column) const;
     virtual bool removeDataByKey(const std::string& key);
+    // Removes the rows of many keys at once (one pass over the rows); the number removed.
+    virtual int removeDatasByKeys(const std::vector<std::string>& keys);
     virtual void clear();
     virtual void filterColumn(int column, QPair<EFilterType, QSet<QString>>& filter);
     virtual void filterColumnCombin(QMap<int, QPair<EFilterType, QSet<QString>>>& filters);

@@ -159,10 +159,14 @@ struct CCommandCall {
 
 class CRecordingCommandCenter : public TC::COvCommandCenter {
 public:
-    bool createCommand(const boost::shared_ptr<nqservice::COrderComandParam>&, const CommandCallback&, bool,
-                       int) override
+    bool createCommand(const boost::shared_ptr<nqservice::COrderComandParam>& command,
+                       const CommandCallback& callback, bool confirmed, int flags) override
     {
         ++commandCalls;
+        commands.push_back(command);
+        commandCallbacksEmpty.push_back(callback.empty());
+        commandConfirmed.push_back(confirmed);
+        commandFlags.push_back(flags);
         return true;
     }
     bool createCommand(nqservice::EVqTraderType traderType, nqservice::EVqHedgeType hedgeType,
@@ -188,6 +192,11 @@ public:
     }
     std::vector<CCommandCall> calls;
     int commandCalls = 0;
+    // The commands of the first createCommand, with their other arguments.
+    std::vector<boost::shared_ptr<nqservice::COrderComandParam>> commands;
+    std::vector<bool> commandCallbacksEmpty;
+    std::vector<bool> commandConfirmed;
+    std::vector<int> commandFlags;
 };
 
 class CRecordingMessages : public TC::CMsgService {
