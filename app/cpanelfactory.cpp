@@ -4,8 +4,8 @@
 
 #include "board/coptionpricetpanel.h"
 #include "positions/coptionpricequotepanel.h"
-#include "strategy/coptionstrategypanel.h"
 #include "positions/coptionstrategypositionpanel.h"
+#include "strategy/coptionstrategypanel.h"
 
 namespace desk {
 
