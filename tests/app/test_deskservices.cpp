@@ -73,7 +73,8 @@ TEST(DeskServices, InstallsTheServicesAndRemovesThemAtTheEnd)
         ASSERT_NE(utils::CManualSingletonT<TC::CQuoteClient>::instance(), nullptr);
         ASSERT_NE(nqservice::GreekAndOptionsCalculator::instance(), nullptr);
         ASSERT_NE(TC::getUserConfig(), nullptr);
-        EXPECT_EQ(TC::getConfigDir(), dir.path());
+        // The panels look below <config-dir>/config; their chart pages stand in <config-dir>/charts.
+        EXPECT_EQ(TC::getConfigDir(), dir.path() + QStringLiteral("/config"));
         EXPECT_EQ(services.tradingDate(), QDate(2026, 11, 23));
 
         QMap<QString, QMap<QString, QStringList>> chains;
