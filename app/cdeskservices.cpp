@@ -34,7 +34,10 @@
 #include <QSignalBlocker>
 #include <QVector>
 
+#include <algorithm>
+#include <cmath>
 #include <set>
+#include <vector>
 
 namespace desk {
 
@@ -113,6 +116,10 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
 
     startBroker(config, settings);
 
+    if (settings->startedFresh() && settings->strategySettings().isEmpty()) {
+        seedExampleBasket(settings);
+    }
+
     if (!config.greeksImportDir.isEmpty()) {
         TC::CTradeSetting trade = settings->tradeSetting();
         trade.autoImportExGreeks = true;
@@ -159,6 +166,57 @@ void CDeskServices::saveState()
     if (!CMarketStateStore(m_configDir).save(MarketState{m_seed, m_tradingDate}, &error)) {
         NQ_LOG_ERROR("cannot save the market's state: " + error.toStdString());
     }
+}
+
+void CDeskServices::seedExampleBasket(TC::CUserSettingsStore* settings)
+{
+    // A bull call spread on 50ETF in the nearest month: buy the call at the money,
+    // sell the next strike up, so that a new user finds a filled workbench.
+    QMap<QString, QMap<QString, QStringList>> chains;
+    m_exchange->getStockOptionMap(chains);
+    const QString etfKey = QString::fromStdString(utils::vqStockKey(nqservice::kMarketSSE, "510050"));
+    const auto etf = m_exchange->getCodeInfo(etfKey);
+    const QMap<QString, QStringList> months = chains.value(etfKey);
+    if (!etf || months.isEmpty() || utils::isAbsent(etf->preClosePrice)) {
+        return;
+    }
+    std::vector<std::shared_ptr<nqservice::CInstrumentDetail>> calls;
+    for (const QString& key : months.first()) {
+        const auto detail = m_exchange->getCodeInfo(key);
+        if (detail && detail->call && !detail->adjusted) {
+            calls.push_back(detail);
+        }
+    }
+    std::sort(calls.begin(), calls.end(),
+              [](const auto& a, const auto& b) { return a->exercisePrice < b->exercisePrice; });
+    std::size_t atm = 0;
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        if (std::fabs(calls[i]->exercisePrice - etf->preClosePrice) <
+            std::fabs(calls[atm]->exercisePrice - etf->preClosePrice)) {
+            atm = i;
+        }
+    }
+    if (atm + 1 >= calls.size()) {
+        return;
+    }
+    TC::CStrategySetting basket;
+    basket.name = QStringLiteral("50ETF牛市价差");
+    const auto addLeg = [&basket](const nqservice::CInstrumentDetail& detail, nqservice::EOperationType operation) {
+        TC::CStrategyStockData leg;
+        leg.code = QString::fromStdString(detail.code);
+        leg.name = QString::fromStdString(detail.name);
+        leg.market = QString::fromStdString(detail.market);
+        leg.weight = 1.0;
+        leg.quantity = 1;
+        leg.operation = operation;
+        leg.checked = true;
+        basket.addLeg(leg);
+    };
+    addLeg(*calls[atm], nqservice::OT_BUY);
+    addLeg(*calls[atm + 1], nqservice::OT_SELL);
+    QMap<QString, TC::CStrategySetting> baskets;
+    baskets.insert(basket.name, basket);
+    settings->setStrategySettings(baskets);
 }
 
 double CDeskServices::openingCash(int brokerType)

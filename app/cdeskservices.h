@@ -21,6 +21,7 @@ class CSimQuoteClient;
 
 namespace TC {
 class CUserConfig;
+class CUserSettingsStore;
 }  // namespace TC
 
 namespace trading {
@@ -95,6 +96,8 @@ public:
 
 private:
     void startBroker(const DeskServicesConfig& config, TC::CUserConfig* settings);
+    // The demo user's first basket: a bull call spread on 50ETF.
+    void seedExampleBasket(TC::CUserSettingsStore* settings);
     void startFeed();
     void stopFeed();
     // Moves the market to a later trading day and the clock to `startsAt` on it

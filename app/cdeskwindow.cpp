@@ -334,8 +334,14 @@ void CDeskWindow::addPanel(const QString& name)
             firstBoard = docked.dock;
         }
     }
-    const Qt::DockWidgetArea area = board || m_panels.empty() ? Qt::TopDockWidgetArea : Qt::BottomDockWidgetArea;
+    // The strategy workbench works beside the board, where a trader looks from the chain to the basket.
+    const bool besideBoard = name == QStringLiteral("ops") && firstBoard != nullptr;
+    const Qt::DockWidgetArea area =
+        board || besideBoard || m_panels.empty() ? Qt::TopDockWidgetArea : Qt::BottomDockWidgetArea;
     addDockWidget(area, dock);
+    if (besideBoard) {
+        splitDockWidget(firstBoard, dock, Qt::Horizontal);
+    }
     if (board && firstBoard != nullptr) {
         tabifyDockWidget(firstBoard, dock);
         firstBoard->raise();

@@ -4,6 +4,7 @@
 
 #include "board/coptionpricetpanel.h"
 #include "positions/coptionpricequotepanel.h"
+#include "strategy/coptionstrategypanel.h"
 
 namespace desk {
 
@@ -16,6 +17,8 @@ CPanelFactory CPanelFactory::withBuiltins()
                 nqservice::VQ_TRADER_TYPE_FUTURE_OPTION);
     factory.add(QStringLiteral("pricequote"), QStringLiteral("价格报价"),
                 [](int id, QWidget* parent) { return new TC::COptionPriceQuotePanel(id, parent); });
+    factory.add(QStringLiteral("ops"), QStringLiteral("策略组合"),
+                [](int id, QWidget* parent) { return new TC::COptionStrategyPanel(id, parent); });
     return factory;
 }
 

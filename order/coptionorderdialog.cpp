@@ -1,6 +1,8 @@
 #include "order/coptionorderdialog.h"
 
+#include "order/ccolorkeybutton.h"
 #include "order/coptionorderrules.h"
+#include "order/corderformhelper.h"
 #include "seam/cexchangeclient.h"
 #include "seam/cinstrumentdetail.h"
 #include "seam/common.h"
@@ -12,14 +14,11 @@
 #include "seam/uievents.h"
 #include "seam/user.h"
 #include "toolkit/ccheckbox.h"
-#include "toolkit/ccodeorderparamtable.h"
 #include "toolkit/ccombobox.h"
-#include "toolkit/ccomboboxdelegate.h"
 #include "toolkit/cdoublevalidator.h"
 #include "toolkit/cframesplitterline.h"
 #include "toolkit/clineedit.h"
 #include "toolkit/cmessagetip.h"
-#include "toolkit/cmultiparamstable.h"
 #include "toolkit/cparametercell.h"
 #include "toolkit/cpushbutton.h"
 #include "toolkit/cquotesgraphwidget.h"
@@ -45,49 +44,6 @@ namespace TC {
 namespace {
 
 const QString kMarketPriceText = QStringLiteral("市价");
-
-// The order button in the operation's colour: rise red for buys, fall green for sells.
-class COrderButton : public WG::CSmallNormalButton {
-public:
-    COrderButton(int id, QWidget* parent) : WG::CSmallNormalButton(id, false, WG::NBT_PRIMARY, QString(), parent) {}
-    void setColorKey(const QString& key)
-    {
-        m_key = key;
-        update();
-    }
-    QString currentBackgroundKey() const override
-    {
-        return isEnabled() && !m_key.isEmpty() ? m_key : WG::CSmallNormalButton::currentBackgroundKey();
-    }
-
-private:
-    QString m_key;
-};
-
-CExchangeClient* exchange() { return utils::CManualSingletonT<CExchangeClient>::instance(); }
-
-std::shared_ptr<nqservice::CInstrumentDetail> instrumentOf(const QString& code)
-{
-    CExchangeClient* client = exchange();
-    return client != nullptr && !code.isEmpty() ? client->getCodeInfo(code) : nullptr;
-}
-
-boost::shared_ptr<nqservice::CAccountData> accountDataOf(const QString& key)
-{
-    const boost::shared_ptr<nqservice::TraderCenter> center = nqservice::TraderCenter::instance();
-    if (!center || key.isEmpty()) {
-        return boost::shared_ptr<nqservice::CAccountData>();
-    }
-    const boost::shared_ptr<nqservice::IDataCenter> data = center->getDataCenter();
-    return data ? data->getAccountData(utils::hash(key.toStdString())) : boost::shared_ptr<nqservice::CAccountData>();
-}
-
-QWidget* caption(const QString& text, QWidget* parent)
-{
-    auto* label = new WG::CSimpleTextWidget(false, -1, text, parent);
-    label->setFixedSize(48, 24);
-    return label;
-}
 
 }  // namespace
 
@@ -139,7 +95,7 @@ void COptionOrderDialog::createUi()
 
     auto* accountRow = new QHBoxLayout();
     accountRow->setSpacing(4);
-    accountRow->addWidget(caption(QStringLiteral("账  号"), leftHolder));
+    accountRow->addWidget(COrderFormHelper::caption(QStringLiteral("账  号"), leftHolder));
     accountCombo = new WG::CComboBox(ID_ACCOUNT_COMBO, leftHolder);
     accountCombo->setFixedSize(130, 24);
     accountRow->addWidget(accountCombo);
@@ -163,7 +119,7 @@ void COptionOrderDialog::createUi()
 
     auto* priceRow = new QHBoxLayout();
     priceRow->setSpacing(4);
-    priceRow->addWidget(caption(QStringLiteral("报  价"), leftHolder));
+    priceRow->addWidget(COrderFormHelper::caption(QStringLiteral("报  价"), leftHolder));
     priceTypeCombo = new WG::CComboBox(ID_PRICE_TYPE_COMBO, leftHolder);
     priceTypeCombo->setFixedSize(130, 24);
     priceRow->addWidget(priceTypeCombo);
@@ -215,7 +171,7 @@ void COptionOrderDialog::createUi()
     closeTodayCheck->hide();
     bottom->addWidget(closeTodayCheck);
     bottom->addSpacing(95);
-    auto* button = new COrderButton(ID_ORDER_BUTTON, bottomHolder);
+    auto* button = new CColorKeyButton(ID_ORDER_BUTTON, QString(), bottomHolder);
     button->setFixedSize(80, 40);
     orderButton = button;
     bottom->addWidget(orderButton);
@@ -257,7 +213,7 @@ void COptionOrderDialog::setInterface(int id, const QMap<int, QStringList>& rowC
     }
     quotesWidget->setStockCode(stockCode);
     traderType = type;
-    const std::shared_ptr<nqservice::CInstrumentDetail> detail = instrumentOf(stockCode);
+    const std::shared_ptr<nqservice::CInstrumentDetail> detail = COrderFormHelper::instrumentOf(stockCode);
     const QString name = detail ? QString::fromStdString(detail->name) : QString();
     titleText->setText(COptionOrderRules::operationText(operationIndex) + QStringLiteral(":") + name);
     availableCell->setCellName(QStringLiteral(" ") + COptionOrderRules::availableText(operationIndex));
@@ -268,7 +224,7 @@ void COptionOrderDialog::setInterface(int id, const QMap<int, QStringList>& rowC
         closeTodayCheck->show();  // never hidden again by this code
     }
     buttonColorKey = QString::fromLatin1(COptionOrderRules::buttonColorKey(operationIndex));
-    static_cast<COrderButton*>(orderButton)->setColorKey(buttonColorKey);
+    static_cast<CColorKeyButton*>(orderButton)->setColorKey(buttonColorKey);
 
     // The subscription hands its cached snapshot over at once, so the price
     // types below are built from a price on the first press already.
@@ -287,41 +243,11 @@ void COptionOrderDialog::setInterface(int id, const QMap<int, QStringList>& rowC
 void COptionOrderDialog::loadAccounts(nqservice::EVqTraderType type, const std::string& account)
 {
     accountCombo->clear();
-    CUserConfig* config = getUserConfig();
-    nqservice::TradeLogicInterface* logic =
-        utils::CSingletonT<TC::SingletonManager>::instance()->getTradeLogicInterface();
-    if (config == nullptr || logic == nullptr) {
-        return;
-    }
-    const auto* accounts =
-        static_cast<const QVector<boost::shared_ptr<CAccount>>*>(config->getUserDataAddress(UM_ACCOUNT_LIST));
-    if (accounts == nullptr) {
-        return;
-    }
     const QString wanted = QString::fromStdString(account);
-    for (const boost::shared_ptr<CAccount>& entry : *accounts) {
-        if (!entry) {
-            continue;
-        }
-        const boost::shared_ptr<nqservice::CAccountInfo> info = entry->toInfo();
-        if (!nqservice::isLoginStatusReady(logic->getLoginStatus(info->getKey()))) {
-            continue;
-        }
-        if (type == nqservice::VQ_TRADER_TYPE_STOCK_OPTION && info->accountType != nqservice::VQ_BROKER_TYPE_STOCK_OPTION) {
-            continue;
-        }
-        if (type == nqservice::VQ_TRADER_TYPE_FUTURE_OPTION && info->accountType != nqservice::VQ_BROKER_TYPE_FUTURE_OPTION) {
-            continue;
-        }
-        const QString key = QString::fromStdString(info->getKey());
-        if (info->displayName.empty() || config->isAccountFilter(key)) {
-            continue;
-        }
-        if (accountCombo->findData(key) < 0) {
-            accountCombo->addItem(QString::fromStdString(info->displayName), key);
-        }
-        if (key == wanted) {
-            accountCombo->setCurrentIndex(accountCombo->findData(key));
+    for (const CAccountChoice& choice : COrderFormHelper::readyAccounts(type)) {
+        accountCombo->addItem(choice.name, choice.key);
+        if (choice.key == wanted) {
+            accountCombo->setCurrentIndex(accountCombo->findData(choice.key));
             defaultButton->setEnabled(false);
         }
     }
@@ -348,35 +274,7 @@ void COptionOrderDialog::setQuote()
         }
         priceTypeCombo->setCurrentIndex(priceTypeCombo->findData(COptionOrderRules::defaultPriceType(traderType)));
     } else if (traderType == nqservice::VQ_TRADER_TYPE_STOCK_OPTION) {
-        // What the exchange of this code accepts, as the order parameter table offers it.
-        static CCodeOrderParamTable* paramTable = nullptr;
-        if (paramTable == nullptr) {
-            paramTable = new CCodeOrderParamTable(static_cast<EOpParamWidgetID>(5),
-                                                  static_cast<nqservice::EVQBrokerType>(6), nullptr, false,
-                                                  nqservice::VQ_TRADER_TYPE_STOCK_OPTION, true, true, false);
-            paramTable->hide();  // one per process, never shown, kept until the process ends
-        }
-        paramTable->setStockCode(stockCode);
-        QStringList texts;
-        QVector<QVariant> datas;
-        if (WG::CMultiParamsTable* table = paramTable->getMultiParamsTable()) {
-            if (auto* combo = dynamic_cast<WG::CComboBoxDelegate*>(table->getItem(1))) {
-                texts = combo->getQStringList();
-                datas = combo->getDatas();
-            }
-        }
-        if (!texts.isEmpty() && !datas.isEmpty()) {
-            const int count = std::min(texts.size(), datas.size());
-            for (int i = 0; i < count; ++i) {
-                priceTypeCombo->addItem(texts.at(i), datas.at(i));
-            }
-            // No choice of ours: the combo stands on the exchange's first type.
-        } else {
-            for (const auto& type : COptionOrderRules::priceTypes(traderType, upStop)) {
-                priceTypeCombo->addItem(type.first, type.second);
-            }
-            priceTypeCombo->setCurrentIndex(priceTypeCombo->findData(COptionOrderRules::defaultPriceType(traderType)));
-        }
+        COrderFormHelper::fillStockOptionPriceTypes(priceTypeCombo, stockCode);
     }
     resetPrice();
 }
@@ -523,7 +421,7 @@ double COptionOrderDialog::calcPrice() const
 void COptionOrderDialog::requestOpVolume()
 {
     const QString key = selectedAccount();
-    if (!accountDataOf(key)) {
+    if (!COrderFormHelper::accountDataOf(key)) {
         return;
     }
     CStockRequestParam param;
@@ -533,7 +431,7 @@ void COptionOrderDialog::requestOpVolume()
     if (param.accounts.empty()) {
         return;
     }
-    const std::shared_ptr<nqservice::CInstrumentDetail> detail = instrumentOf(stockCode);
+    const std::shared_ptr<nqservice::CInstrumentDetail> detail = COrderFormHelper::instrumentOf(stockCode);
     if (volumeTable && detail && volumeTable->stockKey() != detail->key()) {
         volumeTable->clearVolumes();
     }
@@ -561,13 +459,13 @@ void COptionOrderDialog::setAvailable()
     if (key.isEmpty()) {
         return;
     }
-    const boost::shared_ptr<nqservice::CAccountData> account = accountDataOf(key);
+    const boost::shared_ptr<nqservice::CAccountData> account = COrderFormHelper::accountDataOf(key);
     if (!account) {
         availableVolume = 0;
         return;
     }
     const bool byServer = nqservice::DataHelper::isEnabledRequestByBrokerAccount(key.toStdString()) && volumeTable;
-    const std::shared_ptr<nqservice::CInstrumentDetail> detail = instrumentOf(stockCode);
+    const std::shared_ptr<nqservice::CInstrumentDetail> detail = COrderFormHelper::instrumentOf(stockCode);
     const double price = calcPrice();
     if (!detail) {
         return;
@@ -734,7 +632,7 @@ bool COptionOrderDialog::handleEvent(int event, int id, int arg, QString text, v
     case WG::UE_SET_VOLUME_UNITS: {
         bool ok = false;
         const double units = text.toDouble(&ok);
-        const std::shared_ptr<nqservice::CInstrumentDetail> detail = instrumentOf(stockCode);
+        const std::shared_ptr<nqservice::CInstrumentDetail> detail = COrderFormHelper::instrumentOf(stockCode);
         const int minUnit = detail ? nqservice::getTradeMinUnit(detail->market, detail->code) : 1;
         volumeCell->setUnit(unitContracts);
         percentVolumeText->hide();

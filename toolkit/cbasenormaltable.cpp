@@ -296,9 +296,14 @@ void CBaseNormalTable::removeRow(int row)
         return;
     }
     remapHolders(row, -1);
+    const int count = m_model->rowCount();
     for (ColumnState& column : m_columns) {
         if (column.delegate != nullptr) {
             column.delegate->removeItem(rowKey(row));
+            // Row ids are positions: the later rows' controls move up with their cells.
+            for (int later = row + 1; later < count; ++later) {
+                column.delegate->moveItem(rowKey(later), rowKey(later - 1));
+            }
         }
     }
     m_model->removeRowAt(row);

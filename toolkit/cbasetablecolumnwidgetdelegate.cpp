@@ -68,6 +68,18 @@ void CBaseTableColumnWidgetDelegate::removeItem(const std::string& key)
     }
 }
 
+void CBaseTableColumnWidgetDelegate::moveItem(const std::string& from, const std::string& to)
+{
+    auto it = m_items.find(from);
+    if (it == m_items.end()) {
+        m_items.erase(to);
+        return;
+    }
+    ItemState state = it->second;
+    m_items.erase(it);
+    m_items[to] = state;
+}
+
 void CBaseTableColumnWidgetDelegate::clearItems()
 {
     m_items.clear();

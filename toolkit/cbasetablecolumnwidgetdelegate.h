@@ -58,6 +58,8 @@ public:
     void setItemEnabled(const std::string& key, bool enabled, bool update = true);
     bool itemEnabled(const std::string& key) const;
     void removeItem(const std::string& key);
+    // The state of one row's cell now belongs to another key (a row moved up); a state under `to` is replaced.
+    void moveItem(const std::string& from, const std::string& to);
     void clearItems();
     bool hasItem(const std::string& key) const { return m_items.count(key) != 0; }
     std::size_t itemCount() const { return m_items.size(); }

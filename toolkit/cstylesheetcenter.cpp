@@ -122,6 +122,15 @@ QString CStyleSheetCenter::getStyle(const SS_ControlType& type, void* data)
                    "QTabBar::tab:hover { color: %6; }")
             .arg(frameLine, color(QStringLiteral("clr_table_background")), color(QStringLiteral("clr_tab_header")),
                  color(QStringLiteral("clr_table_header_text")), font, text, color(QStringLiteral("clr_accent")));
+    case SS_TREEWIDGET:
+        return QStringLiteral(
+                   "QTreeView { background: %1; color: %2; border: none; outline: 0; %3 }"
+                   "QTreeView::item { height: 26px; }"
+                   "QTreeView::item:selected, QTreeView::item:selected:active { background: %4; }"
+                   "QTreeView::item:hover { background: %5; }")
+                   .arg(color(QStringLiteral("clr_table_background")), text, font, selection,
+                        color(QStringLiteral("clr_button_hover"))) +
+               scrollBarStyle();
     }
     return QString();
 }

@@ -16,6 +16,7 @@ enum SS_ControlType {
     SS_DIALOG = 6,
     SS_TEXTEDIT = 7,
     SS_TABWIDGET = 8,
+    SS_TREEWIDGET = 14,  // the basket tree of the strategy workbench
 };
 
 // Optional overrides for getStyle's data argument; empty members keep the defaults.

@@ -90,6 +90,7 @@ CUserSettingsStore::CUserSettingsStore(const QString& configDir, QObject* parent
     const QString path = settingsPath();
     const QString backup = QDir(m_configDir).filePath(backupFileName());
     if (!QFile::exists(path) && !QFile::exists(backup)) {
+        m_startedFresh = true;
         save();
         return;
     }

@@ -41,6 +41,8 @@ public:
     // stays; false then.
     bool reload();
     bool isModified() const { return m_modified; }
+    // True when the directory held no settings at all: a new user, whom the desk may give examples.
+    bool startedFresh() const { return m_startedFresh; }
     // Path of the last file that was set aside, "" if none.
     QString lastSetAsidePath() const { return m_lastSetAside; }
 
@@ -97,6 +99,7 @@ private:
 
     QString m_configDir;
     bool m_modified = false;
+    bool m_startedFresh = false;
     QString m_lastSetAside;
 
     QString m_userName;

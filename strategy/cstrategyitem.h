@@ -1,0 +1,58 @@
+// The row widget of one basket in the tree: an icon, the name and a delete
+// button. It reports clicks, double clicks (rename) and its button by signals;
+// hovering shows the whole name as a tool tip.
+#pragma once
+
+#include "toolkit/cbasewidget.h"
+
+class QMouseEvent;
+class QResizeEvent;
+class QTreeWidgetItem;
+
+namespace WG {
+class CImageWidget;
+class CPushButton;
+class CSimpleTextWidget;
+}  // namespace WG
+
+namespace TC {
+
+class CStrategyItem : public WG::CBaseWidget {
+    Q_OBJECT
+public:
+    enum EButtonId { ID_DELETE = 3 };
+
+    CStrategyItem(int type, const QString& name, QTreeWidgetItem* row, QWidget* parent);
+    ~CStrategyItem() override;
+
+    int type() const { return m_type; }
+    QString name() const;
+    QTreeWidgetItem* row() const { return m_row; }
+    WG::CSimpleTextWidget* textWidget() const { return m_text; }
+    WG::CPushButton* deleteButton() const { return m_delete; }
+
+    bool handleEvent(int code, int id, int arg, QString text, void* data) override;
+    void themeChanged() override;
+
+signals:
+    void sigDoubleClick(bool);
+    void sigClick(int type, QString name);
+    void sigDelete(bool, QString name);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void layoutChildren();
+
+    int m_type;
+    QTreeWidgetItem* m_row;
+    WG::CImageWidget* m_image;
+    WG::CSimpleTextWidget* m_text;
+    WG::CPushButton* m_delete;
+};
+
+}  // namespace TC
