@@ -2,18 +2,17 @@
 // condor): the services asked for every leg, the anchor, the 0.05 grid, the
 // payoff table and the script, without a page. Budget: 0.5 ms per loadData.
 #include "bench/marketrig.h"
+#include "bench/widgetbench.h"
 #include "strategy/cprofitandlosscurve.h"
 #include "strategy/cprofitandlosswebview.h"
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <QStringList>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -100,18 +99,4 @@ void printSummary()
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
-    if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
-        setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    }
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 1;
-    }
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    printSummary();
-    return 0;
-}
+int main(int argc, char** argv) { return widgetbench::run(argc, argv, printSummary); }

@@ -6,6 +6,7 @@
 #include "seam/user.h"
 #include "strategy/cprofitandlosswebview.h"
 #include "support/testsupport.h"
+#include "strategy/chartpagesupport.h"
 #include "toolkit/ccefviewmanager.h"
 #include "toolkit/ccefwebview.h"
 #include "toolkit/cuiresource.h"
@@ -33,22 +34,8 @@ using TC::CProfitAndLossWebView;
 
 bool webEngineCanRun() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
 
-// Runs a script in the page and waits for its result.
-QVariant runScript(WG::CCefWebView* view, const QString& script)
-{
-    auto result = std::make_shared<std::pair<bool, QVariant>>(false, QVariant());
-    view->page()->runJavaScript(script, [result](const QVariant& value) {
-        result->first = true;
-        result->second = value;
-    });
-    testsupport::waitUntil([result] { return result->first; }, 10000);
-    return result->second;
-}
-
-QJsonObject chartState(WG::CCefWebView* view)
-{
-    return QJsonDocument::fromJson(runScript(view, QStringLiteral("chartState()")).toString().toUtf8()).object();
-}
+using chartpage::chartState;
+using chartpage::runScript;
 
 // The JSON inside "loadChart('{...}')".
 QJsonObject scriptPayload(const QString& script)

@@ -8,6 +8,7 @@
 #include "strategy/cprofitandlosswebview.h"
 #include "strategy/cstrategymanagetable.h"
 #include "support/testsupport.h"
+#include "strategy/chartpagesupport.h"
 #include "toolkit/cbasetablecolumncheckboxdelegate.h"
 #include "toolkit/ccefwebview.h"
 #include "toolkit/cuiresource.h"
@@ -28,21 +29,8 @@
 
 namespace {
 
-QVariant runScript(WG::CCefWebView* view, const QString& script)
-{
-    auto result = std::make_shared<std::pair<bool, QVariant>>(false, QVariant());
-    view->page()->runJavaScript(script, [result](const QVariant& value) {
-        result->first = true;
-        result->second = value;
-    });
-    testsupport::waitUntil([result] { return result->first; }, 10000);
-    return result->second;
-}
-
-QJsonObject chartState(WG::CCefWebView* view)
-{
-    return QJsonDocument::fromJson(runScript(view, QStringLiteral("chartState()")).toString().toUtf8()).object();
-}
+using chartpage::chartState;
+using chartpage::runScript;
 
 class StrategyCurveOnDesk : public deskfixture::DeskTest {};
 
