@@ -114,6 +114,14 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
 
     startFeed();
 
+    {
+        const auto fifty = m_exchange->getCodeInfo(QStringLiteral("510050.SH"));
+        seedDemoWinnerSettings(settings, m_exchange->closePrices().value(
+                                             QStringLiteral("510050.SH"),
+                                             fifty ? fifty->preClosePrice : utils::kAbsentDouble),
+                               m_tradingDate);
+    }
+
     startBroker(config, settings);
 
     if (settings->startedFresh() && settings->strategySettings().isEmpty()) {
@@ -217,6 +225,37 @@ void CDeskServices::seedExampleBasket(TC::CUserSettingsStore* settings)
     QMap<QString, TC::CStrategySetting> baskets;
     baskets.insert(basket.name, basket);
     settings->setStrategySettings(baskets);
+}
+
+bool CDeskServices::seedDemoWinnerSettings(TC::CUserConfig* settings, double close, const QDate& tradingDate)
+{
+    const QString underlying = QStringLiteral("510050.SH");
+    auto* stored = settings != nullptr
+                       ? static_cast<QMap<QString, TC::CWinnerSetting>*>(settings->getUserDataAddress(TC::UM_WINNER_SETTINGS))
+                       : nullptr;
+    if (stored == nullptr || !utils::isUsable(close) || close <= 0.0 || !tradingDate.isValid()) {
+        return false;
+    }
+    for (auto it = stored->constBegin(); it != stored->constEnd(); ++it) {
+        if (it.key().startsWith(underlying + QLatin1Char('|'))) {
+            return false;
+        }
+    }
+    // Levels on the 0.05 grid of the strikes: a rise buys calls below 2 % up, a
+    // fall puts from 2 % down, a breakout the wings 3 % out, a range sells 5 % out.
+    const auto level = [close](double factor) { return qRound(close * factor * 20.0) / 20.0; };
+    const std::pair<double, double> levels[] = {
+        {level(1.02), 0.0}, {0.0, level(0.98)}, {level(1.03), level(0.97)}, {level(0.95), level(1.05)}};
+    TC::CWinnerSetting setting;
+    setting.startTime = static_cast<unsigned>(QDateTime(tradingDate.addDays(-1), QTime(0, 0)).toSecsSinceEpoch());
+    setting.endTime = static_cast<unsigned>(QDateTime(tradingDate.addDays(100), QTime(0, 0)).toSecsSinceEpoch());
+    for (int direction = 0; direction < 4; ++direction) {
+        setting.levelOne = levels[direction].first;
+        setting.levelTwo = levels[direction].second;
+        stored->insert(underlying + QLatin1Char('|') + QString::number(direction), setting);
+    }
+    settings->setModifyFlag();
+    return true;
 }
 
 double CDeskServices::openingCash(int brokerType)

@@ -93,6 +93,11 @@ public:
 
     // What the paper accounts hold when the broker opens them.
     static double openingCash(int brokerType);
+    // The demo user's option winner on 50ETF: levels around its close for each
+    // forecast and a window of the next hundred days from the trading date.
+    // Stores nothing when the user has a winner setting of 50ETF already or the
+    // exchange has no close of it; true when it stored them.
+    static bool seedDemoWinnerSettings(TC::CUserConfig* settings, double close, const QDate& tradingDate);
 
 private:
     void startBroker(const DeskServicesConfig& config, TC::CUserConfig* settings);

@@ -5,6 +5,7 @@
 #include "app/cgreeksimportsettingsdialog.h"
 #include "app/cmessagesmodel.h"
 #include "app/corderlimitsdialog.h"
+#include "app/cwinnersettingsdialog.h"
 #include "app/crecordtable.h"
 
 #include "seam/logger.h"
@@ -113,6 +114,12 @@ void CDeskWindow::buildMenus()
     orderLimits->setObjectName(QStringLiteral("actionOrderLimits"));
     connect(orderLimits, &QAction::triggered, this, [this] {
         COrderLimitsDialog dialog(this);
+        dialog.exec();
+    });
+    QAction* winnerSettings = settingsMenu->addAction(QStringLiteral("稳稳胜设置..."));
+    winnerSettings->setObjectName(QStringLiteral("actionWinnerSettings"));
+    connect(winnerSettings, &QAction::triggered, this, [this] {
+        CWinnerSettingsDialog dialog(this);
         dialog.exec();
     });
     buildTradingMenu();
@@ -336,11 +343,16 @@ void CDeskWindow::addPanel(const QString& name)
     }
     // The strategy workbench works beside the board, where a trader looks from the chain to the basket.
     const bool besideBoard = name == QStringLiteral("ops") && firstBoard != nullptr;
-    const Qt::DockWidgetArea area =
-        board || besideBoard || m_panels.empty() ? Qt::TopDockWidgetArea : Qt::BottomDockWidgetArea;
+    const Qt::DockWidgetArea area = besideBoard                        ? Qt::RightDockWidgetArea
+                                    : board || m_panels.empty() ? Qt::TopDockWidgetArea
+                                                                : Qt::BottomDockWidgetArea;
+    if (besideBoard) {
+        // The right area reaches up to the top, so the workbench stands beside the board, not under it.
+        setCorner(Qt::TopRightCorner, Qt::RightDockWidgetArea);
+    }
     addDockWidget(area, dock);
     if (besideBoard) {
-        splitDockWidget(firstBoard, dock, Qt::Horizontal);
+        resizeDocks({dock}, {620}, Qt::Horizontal);
     }
     if (board && firstBoard != nullptr) {
         tabifyDockWidget(firstBoard, dock);

@@ -4,6 +4,8 @@
 #include "bench/widgetbench.h"
 #include "board/coptionpricettable.h"
 #include "order/coptionorderdialog.h"
+#include "order/chpfoptionmultiorderdatamodel.h"
+#include "order/cstkoptionmultiorderdialog.h"
 #include "order/cpricetquickordertable.h"
 #include "order/cpricetquickorderwidget.h"
 #include "seam/calculator.h"
@@ -19,6 +21,7 @@
 #include "services/user/cusersettingsstore.h"
 #include "tests/order/orderfakes.h"
 #include "toolkit/ccombobox.h"
+#include "toolkit/cparametercell.h"
 
 #include <benchmark/benchmark.h>
 
@@ -141,6 +144,69 @@ void BM_LadderQuote(benchmark::State& state)
     state.counters["rows"] = ladder.getPriceTable()->rowCount();
 }
 BENCHMARK(BM_LadderQuote)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+
+// The multi-leg dialog of four legs priced at the opponent's best (the type
+// that reads the queue), its quotes taken from the simulated feed.
+struct CMultiLegRig {
+    CMultiLegRig()
+    {
+        QList<TC::CStrategyStockData> legs;
+        for (int i = 0; i < 4; ++i) {
+            TC::CStrategyStockData leg;
+            leg.code = rig.codes.at(i);
+            leg.operation = i % 2 == 0 ? nqservice::OT_BUY : nqservice::OT_SELL;
+            leg.quantity = 1;
+            legs << leg;
+            for (int k = 0; k < 16; ++k) {
+                snapshots.push_back(rig.quotes->feed()->makeSnapshot(leg.code));
+            }
+        }
+        dialog.setLegs(legs);
+        dialog.getPriceTypeCombo()->addItem(QStringLiteral("对手价"), 14);
+        dialog.getPriceTypeCombo()->setCurrentIndex(dialog.getPriceTypeCombo()->findData(14));
+        dialog.getTimer()->stop();  // the benchmark runs the tick itself
+        dialog.show();
+        QCoreApplication::processEvents();
+    }
+    COrderRig rig;
+    TC::CStkOptionMultiOrderDialog dialog{nullptr};
+    std::vector<boost::shared_ptr<TC::CPriceData>> snapshots;
+};
+
+// One quote on a service thread: what onPrice costs (one map write under the lock).
+void BM_MultiLegQuoteWrite(benchmark::State& state)
+{
+    CMultiLegRig rig;
+    std::size_t i = 0;
+    for (auto _ : state) {
+        rig.dialog.onPrice(rig.snapshots[i]);
+        i = (i + 1) % rig.snapshots.size();
+    }
+    state.counters["legs"] = rig.dialog.getLegModel()->size();
+}
+BENCHMARK(BM_MultiLegQuoteWrite)->Unit(benchmark::kNanosecond);
+
+// A burst of 10,000 quotes on the legs, then the 500 ms tick: the table
+// updates at most once per leg however many quotes came.
+void BM_MultiLegBurstThenTick(benchmark::State& state)
+{
+    CMultiLegRig rig;
+    long long updates = 0;
+    long long ticks = 0;
+    for (auto _ : state) {
+        for (int q = 0; q < 10000; ++q) {
+            rig.dialog.onPrice(rig.snapshots[static_cast<std::size_t>(q) % rig.snapshots.size()]);
+        }
+        const long long before = rig.dialog.rowUpdates();
+        rig.dialog.slotTimeOut();
+        updates += rig.dialog.rowUpdates() - before;
+        ++ticks;
+    }
+    const double legs = rig.dialog.getLegModel()->size();
+    state.counters["updatesPerLegPerTick"] = ticks > 0 ? static_cast<double>(updates) / ticks / legs : 0.0;
+    state.counters["quotesPerTick"] = 10000;
+}
+BENCHMARK(BM_MultiLegBurstThenTick)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

@@ -137,13 +137,7 @@ void COptionOrderDialog::createUi()
 
     auto* volumeRow = new QHBoxLayout();
     volumeRow->setSpacing(4);
-    volumeCell = new WG::CParameterCell(ID_VOLUME_CELL, QStringLiteral(" 下单量"), QStringList{unitContracts, unitPercent},
-                                        leftHolder);
-    volumeCell->setFixedSize(220, 24);
-    volumeCell->setIntValidator(unitContracts, 0, 0x7fffffff, 1);
-    volumeCell->setSpin(unitContracts, qMakePair(true, 1.0));
-    volumeCell->setDoubleValidator(unitPercent, 0.0, 100.0, 0.001);
-    volumeCell->setSpin(unitPercent, qMakePair(true, 0.001));
+    volumeCell = COrderFormHelper::makeVolumeCell(ID_VOLUME_CELL, unitContracts, unitPercent, leftHolder);
     volumeRow->addWidget(volumeCell);
     percentVolumeText = new WG::CSimpleTextWidget(false, -1, QString(), leftHolder);
     percentVolumeText->hide();
@@ -474,48 +468,20 @@ void COptionOrderDialog::setAvailable()
         long long volume = 0;
         availableVolume = volumeTable->getVolume(key.toStdString() + std::to_string(operationType), volume) ? volume : 0;
     } else if (operationIndex >= 0 && operationIndex < COptionOrderRules::kButtonCount) {
-        const boost::shared_ptr<nqservice::TraderCenter> center = nqservice::TraderCenter::instance();
-        const boost::shared_ptr<nqservice::ICalculator> calculator =
-            center ? center->getCalculator() : boost::shared_ptr<nqservice::ICalculator>();
-        if (calculator) {
-            const int offset = 48;
-            const int cover = 48;
-            availableVolume = calculator->calcAvailableVolume(account, detail->market, detail->code, operationType, 49,
-                                                              &offset, &cover, price, LLONG_MAX, -1, false,
-                                                              boost::shared_ptr<nqservice::IData>());
-        }
+        availableVolume = COrderFormHelper::calcAvailableVolume(account, *detail, operationType, price, availableVolume);
     }
-    availableCell->setString(WG::formatLongLongNumber(availableVolume, 0));
-    volumeCell->setIntValidator(unitContracts, 0,
-                                availableVolume < 2147483648LL ? static_cast<int>(std::max(0LL, availableVolume))
-                                                               : 0x7fffffff,
-                                1);
+    COrderFormHelper::showAvailable(availableCell, volumeCell, unitContracts, availableVolume);
 }
 
 void COptionOrderDialog::updateOrderCount()
 {
-    if (volumeCell->unit() == unitContracts) {
-        orderCount = volumeCell->toInt();
-        ratio = availableVolume > 0 ? static_cast<double>(orderCount) / static_cast<double>(availableVolume) : 0.0;
-    } else {
-        ratio = volumeCell->toDouble() / 100.0;
-        orderCount = COptionOrderRules::volumeOfRatio(availableVolume, ratio);
-        percentVolumeText->setText(QStringLiteral("         ") + QString::number(orderCount) + unitContracts);
-    }
+    COrderFormHelper::countVolume(volumeCell, percentVolumeText, unitContracts, availableVolume, orderCount, ratio);
 }
 
 void COptionOrderDialog::slotUnitClicked(QString unit)
 {
-    if (unit == unitContracts) {
-        percentVolumeText->hide();
-        volumeCell->setUnit(unitContracts);
-        volumeCell->setInt(orderCount);
-        return;
-    }
-    volumeCell->setUnit(unitPercent);
-    volumeCell->setDouble(ratio * 100.0);
-    updateOrderCount();
-    percentVolumeText->show();
+    COrderFormHelper::switchVolumeUnit(unit, volumeCell, percentVolumeText, unitContracts, unitPercent, availableVolume,
+                                       orderCount, ratio);
 }
 
 // ---- events ----

@@ -1,5 +1,6 @@
 #include "order/corderformhelper.h"
 
+#include "order/ccolorkeybutton.h"
 #include "order/coptionorderrules.h"
 #include "order/cstrategyorderrules.h"
 #include "seam/cexchangeclient.h"
@@ -15,14 +16,17 @@
 #include "toolkit/ccomboboxdelegate.h"
 #include "toolkit/cmessagebox.h"
 #include "toolkit/cmultiparamstable.h"
+#include "toolkit/cparametercell.h"
 #include "toolkit/csimpletextwidget.h"
 
 #include <boost/make_shared.hpp>
 #include <fmt/format.h>
 
 #include <QApplication>
+#include <QHBoxLayout>
 
 #include <algorithm>
+#include <climits>
 
 namespace TC {
 
@@ -209,6 +213,89 @@ bool COrderFormHelper::sendStockOptionCommand(std::vector<boost::shared_ptr<nqse
                                    static_cast<nqservice::EVqLimitedPriceType>(0), bson::BSONObj(), remark, false,
                                    bson::BSONObj(), 0, static_cast<nqservice::EtfHedgeStatus>(-1), bson::BSONObj(),
                                    bson::BSONObj());
+}
+
+long long COrderFormHelper::calcAvailableVolume(const boost::shared_ptr<nqservice::CAccountData>& account,
+                                                const nqservice::CInstrumentDetail& detail, int operationType,
+                                                double price, long long fallback)
+{
+    const boost::shared_ptr<nqservice::TraderCenter> center = nqservice::TraderCenter::instance();
+    const boost::shared_ptr<nqservice::ICalculator> calculator =
+        center ? center->getCalculator() : boost::shared_ptr<nqservice::ICalculator>();
+    if (!calculator) {
+        return fallback;
+    }
+    const int offset = 48;
+    const int cover = 48;
+    return calculator->calcAvailableVolume(account, detail.market, detail.code, operationType, 49, &offset, &cover,
+                                           price, LLONG_MAX, -1, false, boost::shared_ptr<nqservice::IData>());
+}
+
+WG::CParameterCell* COrderFormHelper::makeVolumeCell(int id, const QString& contracts, const QString& percent,
+                                                     QWidget* parent)
+{
+    auto* cell = new WG::CParameterCell(id, QStringLiteral(" 下单量"), QStringList{contracts, percent}, parent);
+    cell->setFixedSize(220, 24);
+    cell->setIntValidator(contracts, 0, 0x7fffffff, 1);
+    cell->setSpin(contracts, qMakePair(true, 1.0));
+    cell->setDoubleValidator(percent, 0.0, 100.0, 0.001);
+    cell->setSpin(percent, qMakePair(true, 0.001));
+    return cell;
+}
+
+void COrderFormHelper::countVolume(WG::CParameterCell* volumeCell, WG::CSimpleTextWidget* percentText,
+                                   const QString& contracts, long long available, int& orderCount, double& ratio)
+{
+    if (volumeCell->unit() == contracts) {
+        orderCount = volumeCell->toInt();
+        ratio = available > 0 ? static_cast<double>(orderCount) / static_cast<double>(available) : 0.0;
+    } else {
+        ratio = volumeCell->toDouble() / 100.0;
+        orderCount = COptionOrderRules::volumeOfRatio(available, ratio);
+        percentText->setText(QStringLiteral("         ") + QString::number(orderCount) + contracts);
+    }
+}
+
+void COrderFormHelper::switchVolumeUnit(const QString& unit, WG::CParameterCell* volumeCell,
+                                        WG::CSimpleTextWidget* percentText, const QString& contracts,
+                                        const QString& percent, long long available, int& orderCount, double& ratio)
+{
+    if (unit == contracts) {
+        percentText->hide();
+        volumeCell->setUnit(contracts);
+        volumeCell->setInt(orderCount);
+        return;
+    }
+    volumeCell->setUnit(percent);
+    volumeCell->setDouble(ratio * 100.0);
+    countVolume(volumeCell, percentText, contracts, available, orderCount, ratio);
+    percentText->show();
+}
+
+void COrderFormHelper::showAvailable(WG::CParameterCell* availableCell, WG::CParameterCell* volumeCell,
+                                     const QString& unit, long long available)
+{
+    availableCell->setString(CStrategyOrderRules::availableText(available));
+    volumeCell->setIntValidator(unit, 0, CStrategyOrderRules::volumeRangeTop(available), 1);
+}
+
+QWidget* COrderFormHelper::makeButtonRow(QWidget* parent, int cancelId, int orderId, CColorKeyButton*& cancel,
+                                         CColorKeyButton*& order)
+{
+    auto* holder = new QWidget(parent);
+    holder->setFixedHeight(60);
+    auto* row = new QHBoxLayout(holder);
+    row->setContentsMargins(0, 0, 10, 0);
+    row->setSpacing(10);
+    row->addStretch(1);
+    cancel = new CColorKeyButton(cancelId, QStringLiteral("取消"), holder);
+    order = new CColorKeyButton(orderId, QStringLiteral("下单"), holder);
+    for (CColorKeyButton* button : {cancel, order}) {
+        button->setFixedSize(80, 40);
+        button->setColorKey(QStringLiteral("clr_global_rise"));
+        row->addWidget(button);
+    }
+    return holder;
 }
 
 QWidget* COrderFormHelper::caption(const QString& text, QWidget* parent)

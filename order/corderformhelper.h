@@ -21,7 +21,9 @@ class QWidget;
 
 namespace WG {
 class CComboBox;
-}
+class CParameterCell;
+class CSimpleTextWidget;
+}  // namespace WG
 
 namespace nqservice {
 class CAccountData;
@@ -29,6 +31,8 @@ class CInstrumentDetail;
 }  // namespace nqservice
 
 namespace TC {
+
+class CColorKeyButton;
 
 struct CAccountChoice {
     QString name;  // display name
@@ -64,6 +68,30 @@ public:
     static bool sendStockOptionCommand(std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>>& params,
                                        const std::map<std::string, double>& weights, const QString& remark,
                                        const void* object, const char* function);
+    // The available volume of an opening or closing of one account, from the
+    // trading services' calculator (hedge 49, offset and cover 48); fallback without one.
+    static long long calcAvailableVolume(const boost::shared_ptr<nqservice::CAccountData>& account,
+                                         const nqservice::CInstrumentDetail& detail, int operationType, double price,
+                                         long long fallback);
+    // The volume cell of an order form, 220 by 24: contracts and per cent with
+    // their validators and spin steps.
+    static WG::CParameterCell* makeVolumeCell(int id, const QString& contracts, const QString& percent,
+                                              QWidget* parent);
+    // What the volume cell holds, in contracts and as a share of what is
+    // available; in per cent the count shows beside the cell.
+    static void countVolume(WG::CParameterCell* volumeCell, WG::CSimpleTextWidget* percentText,
+                            const QString& contracts, long long available, int& orderCount, double& ratio);
+    // A click on a unit of the volume cell: the count or the share moves over.
+    static void switchVolumeUnit(const QString& unit, WG::CParameterCell* volumeCell, WG::CSimpleTextWidget* percentText,
+                                 const QString& contracts, const QString& percent, long long available,
+                                 int& orderCount, double& ratio);
+    // The available cell shows the number; the volume cell takes 0 to it in the unit.
+    static void showAvailable(WG::CParameterCell* availableCell, WG::CParameterCell* volumeCell, const QString& unit,
+                              long long available);
+    // The row under a strategy order form: "取消" and "下单", 80 by 40 in the
+    // rise colour, right-aligned, 60 high.
+    static QWidget* makeButtonRow(QWidget* parent, int cancelId, int orderId, CColorKeyButton*& cancel,
+                                  CColorKeyButton*& order);
     // A caption of an order form's row, 48 by 24.
     static QWidget* caption(const QString& text, QWidget* parent);
     // The message of a refused order in the client's message area.

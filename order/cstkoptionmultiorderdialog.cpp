@@ -161,20 +161,7 @@ void CStkOptionMultiOrderDialog::createUi()
     outer->addWidget(legTable, 1);
 
     outer->addWidget(new WG::CFrameSplitterLine(QStringLiteral("clr_operation_frame_line_color"), body));
-    auto* bottomHolder = new QWidget(body);
-    bottomHolder->setFixedHeight(60);
-    auto* bottom = new QHBoxLayout(bottomHolder);
-    bottom->setContentsMargins(0, 0, 0, 0);
-    bottom->setSpacing(10);
-    bottom->addStretch(1);
-    cancelButton = new CColorKeyButton(ID_CANCEL_BUTTON, QStringLiteral("取消"), bottomHolder);
-    orderButton = new CColorKeyButton(ID_ORDER_BUTTON, QStringLiteral("下单"), bottomHolder);
-    for (CColorKeyButton* button : {cancelButton, orderButton}) {
-        button->setFixedSize(80, 40);
-        button->setColorKey(QStringLiteral("clr_global_rise"));
-        bottom->addWidget(button);
-    }
-    outer->addWidget(bottomHolder);
+    outer->addWidget(COrderFormHelper::makeButtonRow(body, ID_CANCEL_BUTTON, ID_ORDER_BUTTON, cancelButton, orderButton));
     setInnerWidget(body);
 }
 
@@ -214,6 +201,9 @@ void CStkOptionMultiOrderDialog::setLegs(const QList<CStrategyStockData>& legs)
     calcAvailableCopies();
     legTable->updateTable();
     legTable->adjustColumnWidth();
+    // The delegates' cells have no text of the row to measure: room for a price with its arrows and a name.
+    legTable->setColumnWidth(CHpfOptionMultiOrderData::COL_PRICE, 110);
+    legTable->setColumnWidth(CHpfOptionMultiOrderData::COL_ACCOUNT, 150);
 }
 
 // ---- quotes ----
@@ -288,15 +278,15 @@ QString CStkOptionMultiOrderDialog::priceText(const QString& code) const
 void CStkOptionMultiOrderDialog::setRowAccount(const QString& code, const QString& accountKey)
 {
     const std::string key = code.toUtf8().toStdString();
-    const QStringList names = accountDelegate->items(key);
+    const int previous = accountDelegate->currentIndex(key);
     int index = -1;
-    for (int i = 0; i < names.size(); ++i) {
+    for (int i = 0; i < accountDelegate->items(key).size() && index < 0; ++i) {
         accountDelegate->setCurrentIndex(key, i);
         if (accountDelegate->currentData(key).toString() == accountKey) {
             index = i;
-            break;
         }
     }
+    accountDelegate->setCurrentIndex(key, previous);
     accountDelegate->setCurrentIndex(key, index, true);
 }
 
@@ -390,7 +380,7 @@ void CStkOptionMultiOrderDialog::calcAvailableCopies()
         }
     }
     availableCopies = CStrategyOrderRules::availableCopies(needs, funds);
-    availableCell->setString(WG::formatLongLongNumber(availableCopies, 0));
+    availableCell->setString(CStrategyOrderRules::availableText(availableCopies));
     copiesCell->setIntValidator(unitCopies, 0, CStrategyOrderRules::volumeRangeTop(availableCopies), 1);
 }
 

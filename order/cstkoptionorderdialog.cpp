@@ -71,20 +71,7 @@ void CStkOptionOrderDialog::createUi()
     outer->addLayout(top);
 
     outer->addWidget(new WG::CFrameSplitterLine(QStringLiteral("clr_operation_frame_line_color"), body));
-    auto* bottomHolder = new QWidget(body);
-    bottomHolder->setFixedHeight(60);
-    auto* bottom = new QHBoxLayout(bottomHolder);
-    bottom->setContentsMargins(0, 0, 10, 0);
-    bottom->setSpacing(10);
-    bottom->addStretch(1);
-    cancelButton = new CColorKeyButton(ID_CANCEL_BUTTON, QStringLiteral("取消"), bottomHolder);
-    orderButton = new CColorKeyButton(ID_ORDER_BUTTON, QStringLiteral("下单"), bottomHolder);
-    for (CColorKeyButton* button : {cancelButton, orderButton}) {
-        button->setFixedSize(80, 40);
-        button->setColorKey(QStringLiteral("clr_global_rise"));
-        bottom->addWidget(button);
-    }
-    outer->addWidget(bottomHolder);
+    outer->addWidget(COrderFormHelper::makeButtonRow(body, ID_CANCEL_BUTTON, ID_ORDER_BUTTON, cancelButton, orderButton));
     setInnerWidget(body);
     adjustSize();
 }

@@ -100,13 +100,7 @@ void CStkOptionOrderWidget::createUi()
 
     auto* volumeRow = new QHBoxLayout();
     volumeRow->setSpacing(5);
-    volumeCell = new WG::CParameterCell(ID_VOLUME_CELL, QStringLiteral(" 下单量"), QStringList{unitContracts, unitPercent},
-                                        this);
-    volumeCell->setFixedSize(220, 24);
-    volumeCell->setIntValidator(unitContracts, 0, 0x7fffffff, 1);
-    volumeCell->setSpin(unitContracts, qMakePair(true, 1.0));
-    volumeCell->setDoubleValidator(unitPercent, 0.0, 100.0, 0.001);
-    volumeCell->setSpin(unitPercent, qMakePair(true, 0.001));
+    volumeCell = COrderFormHelper::makeVolumeCell(ID_VOLUME_CELL, unitContracts, unitPercent, this);
     volumeRow->addWidget(volumeCell);
     percentVolumeText = new WG::CSimpleTextWidget(false, -1, QString(), this);
     percentVolumeText->hide();
@@ -212,28 +206,16 @@ void CStkOptionOrderWidget::slotCanOrderNum()
         return;
     }
     const double price = priceEdit->toDouble();
-    const auto calculate = [&]() -> long long {
-        const boost::shared_ptr<nqservice::TraderCenter> center = nqservice::TraderCenter::instance();
-        const boost::shared_ptr<nqservice::ICalculator> calculator =
-            center ? center->getCalculator() : boost::shared_ptr<nqservice::ICalculator>();
-        if (!calculator) {
-            return availableVolume;
-        }
-        const int offset = 48;
-        const int cover = 48;
-        return calculator->calcAvailableVolume(account, detail->market, detail->code, operationType, 49, &offset,
-                                               &cover, price, LLONG_MAX, -1, false,
-                                               boost::shared_ptr<nqservice::IData>());
-    };
     if (operationType == nqservice::OT_BUY_OPEN) {
         // Without a price no sum of money bounds a buy.
         const bool unpriced = std::fabs(price) <= utils::kPriceTolerance || utils::isAbsent(price);
-        availableVolume = unpriced ? LLONG_MAX : calculate();
+        availableVolume = unpriced ? LLONG_MAX
+                                   : COrderFormHelper::calcAvailableVolume(account, *detail, operationType, price,
+                                                                           availableVolume);
     } else if (operationType == nqservice::OT_SELL_OPEN) {
-        availableVolume = calculate();
+        availableVolume = COrderFormHelper::calcAvailableVolume(account, *detail, operationType, price, availableVolume);
     }
-    availableCell->setString(WG::formatLongLongNumber(availableVolume, 0));
-    volumeCell->setIntValidator(unitContracts, 0, CStrategyOrderRules::volumeRangeTop(availableVolume), 1);
+    COrderFormHelper::showAvailable(availableCell, volumeCell, unitContracts, availableVolume);
 }
 
 QString CStkOptionOrderWidget::currentAccount() const
@@ -246,28 +228,13 @@ QString CStkOptionOrderWidget::currentAccount() const
 
 void CStkOptionOrderWidget::updateOrderCount()
 {
-    if (volumeCell->unit() == unitContracts) {
-        orderCount = volumeCell->toInt();
-        ratio = availableVolume > 0 ? static_cast<double>(orderCount) / static_cast<double>(availableVolume) : 0.0;
-    } else {
-        ratio = volumeCell->toDouble() / 100.0;
-        orderCount = COptionOrderRules::volumeOfRatio(availableVolume, ratio);
-        percentVolumeText->setText(QStringLiteral("         ") + QString::number(orderCount) + unitContracts);
-    }
+    COrderFormHelper::countVolume(volumeCell, percentVolumeText, unitContracts, availableVolume, orderCount, ratio);
 }
 
 void CStkOptionOrderWidget::slotUnitClicked(QString unit)
 {
-    if (unit == unitContracts) {
-        percentVolumeText->hide();
-        volumeCell->setUnit(unitContracts);
-        volumeCell->setInt(orderCount);
-        return;
-    }
-    volumeCell->setUnit(unitPercent);
-    volumeCell->setDouble(ratio * 100.0);
-    updateOrderCount();
-    percentVolumeText->show();
+    COrderFormHelper::switchVolumeUnit(unit, volumeCell, percentVolumeText, unitContracts, unitPercent,
+                                       availableVolume, orderCount, ratio);
 }
 
 // ---- events ----

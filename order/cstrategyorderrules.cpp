@@ -1,6 +1,7 @@
 #include "order/cstrategyorderrules.h"
 
 #include "seam/common.h"
+#include "seam/formatters.h"
 
 #include <boost/make_shared.hpp>
 
@@ -61,6 +62,12 @@ long long CStrategyOrderRules::availableCopies(const QMap<QString, double>& need
 int CStrategyOrderRules::volumeRangeTop(long long available)
 {
     return available < 2147483648LL ? static_cast<int>(std::max(0LL, available)) : 0x7fffffff;
+}
+
+QString CStrategyOrderRules::availableText(long long available)
+{
+    // The formatter leaves the absent marker empty; here it means "unbounded" and shows.
+    return available == LLONG_MAX ? QString::number(available) : WG::formatLongLongNumber(available, 0);
 }
 
 long long CStrategyOrderRules::legVolume(int copies, int quantity)

@@ -59,6 +59,8 @@ public:
                                      const QMap<QString, double>& fundsByAccount);
     // The top of a volume cell's integer range for an available number.
     static int volumeRangeTop(long long available);
+    // What an available cell shows: the number, the largest 64-bit one included.
+    static QString availableText(long long available);
     // Copies times a leg's quantity, the product taken in 32 bits as the order
     // screen has always done, then widened.
     static long long legVolume(int copies, int quantity);

@@ -31,7 +31,7 @@
 namespace TC {
 
 namespace {
-constexpr int kTreeWidth = 200;
+constexpr int kTreeWidth = 150;
 }  // namespace
 
 COptionStrategyPanel::COptionStrategyPanel(int widgetID, QWidget* parent)
@@ -373,7 +373,10 @@ void COptionStrategyPanel::openOrderDialog(const QList<CStrategyStockData*>& leg
 {
     QList<CStrategyStockData> copies;
     for (const CStrategyStockData* leg : legs) {
-        copies << *leg;
+        // The order dialogs look a leg's instrument up by its code field, which they take as the stock key.
+        CStrategyStockData copy = *leg;
+        copy.code = CStrategyBaskets::legKey(*leg);
+        copies << copy;
     }
     QDialog* dialog = nullptr;
     if (copies.size() <= 2) {

@@ -5,6 +5,7 @@
 #include "seam/uievents.h"
 #include "strategy/cwinnercandidatebuilder.h"
 #include "toolkit/cradiobutton.h"
+#include "toolkit/csimpletext.h"
 
 #include <QSignalBlocker>
 
@@ -74,7 +75,7 @@ void COptionWinnerTable::setupColumns()
         setColumnHeader(column, headers.at(column));
     }
     setColumnAlignment(0, Qt::AlignHCenter | Qt::AlignVCenter);
-    adjustColumnWidth();
+    fitColumns();
 }
 
 void COptionWinnerTable::setMode(int forecast)
@@ -138,6 +139,18 @@ void COptionWinnerTable::setCheckedRow(int row)
     if (WG::CRadioButton* now = checked >= 0 ? radioOf(checked) : nullptr) {
         const QSignalBlocker quiet(now);
         now->setChecked(true);
+    }
+}
+
+void COptionWinnerTable::fitColumns()
+{
+    adjustColumnWidth();
+    const int money = WG::CSimpleText::getSize(QStringLiteral("-100,000.0000"), QStringLiteral("fnt_default_normal_fix")).width() + 12;
+    const CColumnSet& set = columnsOf(mode);
+    for (int column : {set.net, set.profit, set.loss}) {
+        if (columnWidth(column) < money) {
+            setColumnWidth(column, money);
+        }
     }
 }
 

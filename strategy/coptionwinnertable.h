@@ -51,6 +51,9 @@ public:
     // Adds a candidate, or replaces the one of the same row key; returns the
     // row id. The first row (id 0) is checked as it is added.
     int addRecord(const COptionWinnerTableDataPtr& record);
+    // Column widths for the rows shown, the money columns wide enough for
+    // figures that come with the first quotes.
+    void fitColumns();
     // Writes the row's columns of the present set from its record.
     void updateRow(int row);
     COptionWinnerTableDataPtr record(int row) const { return rows.value(row); }

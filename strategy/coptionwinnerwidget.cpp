@@ -3,6 +3,7 @@
 #include "seam/cexchangeclient.h"
 #include "seam/common.h"
 #include "seam/uievents.h"
+#include "order/cstkoptionorderdialog.h"
 #include "seam/user.h"
 #include "strategy/coptionwinnertable.h"
 #include "strategy/cprofitlossanalysiswidget.h"
@@ -125,20 +126,18 @@ QList<CStrategyStockData> COptionWinnerWidget::checkedLegs() const
     if (!record) {
         return legs;
     }
-    CStrategyStockData one;
-    one.code = record->codeOne;
-    one.name = record->nameOne;
-    one.operation = static_cast<nqservice::EOperationType>(record->operationOne);
-    one.quantity = record->quantityOne;
-    legs << one;
+    const auto leg = [](const QString& code, const QString& name, int operation, int quantity) {
+        CStrategyStockData out;
+        out.code = code;
+        out.name = name;
+        out.operation = static_cast<nqservice::EOperationType>(operation);
+        out.quantity = quantity;
+        return out;
+    };
+    legs << leg(record->codeOne, record->nameOne, record->operationOne, record->quantityOne);
     const int direction = getPredictDirection();
     if (direction == WPD_BREAK || direction == WPD_RANGE) {
-        CStrategyStockData two;
-        two.code = record->codeTwo;
-        two.name = record->nameTwo;
-        two.operation = static_cast<nqservice::EOperationType>(record->operationTwo);
-        two.quantity = record->quantityTwo;
-        legs << two;
+        legs << leg(record->codeTwo, record->nameTwo, record->operationTwo, record->quantityTwo);
     }
     return legs;
 }
@@ -156,6 +155,11 @@ void COptionWinnerWidget::setAnalysisWidget(CProfitLossAnalysisWidget* widget)
 {
     analysisWidget = widget;
     fillAnalysis(checkedRecord());
+}
+
+CStkOptionOrderDialog* COptionWinnerWidget::lastOrderDialog() const
+{
+    return qobject_cast<CStkOptionOrderDialog*>(orderDialog.data());
 }
 
 int COptionWinnerWidget::dirtyKeyCount() const
@@ -206,6 +210,7 @@ void COptionWinnerWidget::buildCandidates()
         table->addRecord(row);
     }
     table->updateTable();
+    table->fitColumns();
 }
 
 void COptionWinnerWidget::rebuild()
@@ -328,9 +333,12 @@ void COptionWinnerWidget::quickOrder()
                                  QMessageBox::StandardButton(1024));
         return;
     }
-    // The quick order dialog of the strategy pages comes with the order entry's next step.
-    WG::CMessageBox::warning(nullptr, this, QStringLiteral("提示"),
-                             QStringLiteral("快速下单暂不可用: 策略下单对话框尚未提供"), QMessageBox::Ok);
+    // A dialog per press, the widget its parent; it stays where the window system puts it.
+    auto* dialog = new CStkOptionOrderDialog(legs.size(), this);
+    dialog->setLegs(legs);
+    dialog->show();
+    dialog->raise();
+    orderDialog = dialog;
 }
 
 bool COptionWinnerWidget::handleEvent(int code, int id, int arg, QString text, void* data)

@@ -10,6 +10,7 @@
 #include "toolkit/cbasewidget.h"
 
 #include <QMap>
+#include <QPointer>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -31,6 +32,7 @@ namespace TC {
 class COptionUndlCodeComboBox;
 class COptionWinnerTable;
 class CProfitLossAnalysisWidget;
+class CStkOptionOrderDialog;
 class CStrategyStockData;
 
 class COptionWinnerWidget : public WG::CBaseWidget {
@@ -65,6 +67,8 @@ public:
     QList<CStrategyStockData> checkedLegs() const;
     // Contracts subscribed for the shown candidates.
     QStringList subscribedKeys() const { return quoteRequests.keys(); }
+    // The quick order dialog of the last press; null when none is open.
+    CStkOptionOrderDialog* lastOrderDialog() const;
     // Keys with a quote since the last tick.
     int dirtyKeyCount() const;
 
@@ -103,6 +107,7 @@ private:
     WG::CSmallNoNormalButton* orderButton = nullptr;
     COptionWinnerTable* table = nullptr;
     CProfitLossAnalysisWidget* analysisWidget = nullptr;  // not owned
+    QPointer<QWidget> orderDialog;
 
     // Declared before the handles: the handles go first, so no callback runs
     // into a lock or set already gone.

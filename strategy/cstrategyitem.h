@@ -3,21 +3,18 @@
 // hovering shows the whole name as a tool tip.
 #pragma once
 
-#include "toolkit/cbasewidget.h"
+#include "strategy/cstrategytreerow.h"
 
 class QMouseEvent;
-class QResizeEvent;
 class QTreeWidgetItem;
 
 namespace WG {
-class CImageWidget;
 class CPushButton;
-class CSimpleTextWidget;
 }  // namespace WG
 
 namespace TC {
 
-class CStrategyItem : public WG::CBaseWidget {
+class CStrategyItem : public CStrategyTreeRow {
     Q_OBJECT
 public:
     enum EButtonId { ID_DELETE = 3 };
@@ -28,11 +25,10 @@ public:
     int type() const { return m_type; }
     QString name() const;
     QTreeWidgetItem* row() const { return m_row; }
-    WG::CSimpleTextWidget* textWidget() const { return m_text; }
+    WG::CSimpleTextWidget* textWidget() const { return m_caption; }
     WG::CPushButton* deleteButton() const { return m_delete; }
 
     bool handleEvent(int code, int id, int arg, QString text, void* data) override;
-    void themeChanged() override;
 
 signals:
     void sigDoubleClick(bool);
@@ -43,15 +39,11 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
+    void layoutChildren() override;
 
 private:
-    void layoutChildren();
-
     int m_type;
     QTreeWidgetItem* m_row;
-    WG::CImageWidget* m_image;
-    WG::CSimpleTextWidget* m_text;
     WG::CPushButton* m_delete;
 };
 

@@ -1,36 +1,23 @@
 #include "strategy/cstrategytypeitem.h"
 
 #include "seam/uievents.h"
-#include "toolkit/cimagewidget.h"
 #include "toolkit/cmessagebox.h"
 #include "toolkit/cpushbutton.h"
 #include "toolkit/csimpletextwidget.h"
 
 #include <QMouseEvent>
-#include <QResizeEvent>
-
-#include <algorithm>
 
 namespace TC {
 
 namespace {
-constexpr int kRowHeight = 26;
-constexpr int kIconSize = 14;
 constexpr int kButtonSize = 16;
-
-// Centred in height: (row height - child height - 1) / 2.
-int centredY(int rowHeight, int childHeight) { return (rowHeight - childHeight - 1) / 2; }
 }  // namespace
 
 CStrategyTypeItem::CStrategyTypeItem(int type, const QString& caption, QWidget* parent)
-    : WG::CBaseWidget(QStringLiteral("mofa_basket_tree_typeitem"), false, parent), m_type(type)
+    : CStrategyTreeRow(QStringLiteral("mofa_basket_tree_typeitem"), QStringLiteral("tc_img_btn_close_basket"), caption,
+                       20, parent),
+      m_type(type)
 {
-    setFixedHeight(kRowHeight);
-    m_image = new WG::CImageWidget(-1, QStringLiteral("tc_img_btn_close_basket"), this);
-    m_image->setFixedSize(kIconSize, kIconSize);
-    m_image->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_caption = new WG::CSimpleTextWidget(false, -1, caption, this);
-    m_caption->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_add = new WG::CPushButton(QStringLiteral("tc_img_btn_add_basket"), ID_ADD, 1, 1, kButtonSize, kButtonSize, 0, this);
     m_add->setToolTip(QStringLiteral("新建组合"));
     m_delete = new WG::CPushButton(QStringLiteral("tc_img_del_basket"), ID_DELETE_ALL, 1, 1, kButtonSize, kButtonSize, 0,
@@ -47,12 +34,13 @@ void CStrategyTypeItem::setButtonsVisible(bool visible)
 {
     m_add->setVisible(visible);
     m_delete->setVisible(visible);
+    layoutChildren();
 }
 
 bool CStrategyTypeItem::handleEvent(int code, int id, int arg, QString text, void* data)
 {
     if (code != WG::UE_BUTTON_CLICKED) {
-        return WG::CBaseWidget::handleEvent(code, id, arg, text, data);
+        return CStrategyTreeRow::handleEvent(code, id, arg, text, data);
     }
     if (id == ID_ADD) {
         emit sigNewStrategy(true);
@@ -67,39 +55,24 @@ bool CStrategyTypeItem::handleEvent(int code, int id, int arg, QString text, voi
     return true;
 }
 
-void CStrategyTypeItem::themeChanged() { layoutChildren(); }
-
 void CStrategyTypeItem::mousePressEvent(QMouseEvent* event)
 {
-    WG::CBaseWidget::mousePressEvent(event);
+    CStrategyTreeRow::mousePressEvent(event);
     emit sigClick(m_type);
 }
 
 void CStrategyTypeItem::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    WG::CBaseWidget::mouseDoubleClickEvent(event);
+    CStrategyTreeRow::mouseDoubleClickEvent(event);
     emit sigDoubleClick(m_type);
-}
-
-void CStrategyTypeItem::resizeEvent(QResizeEvent* event)
-{
-    WG::CBaseWidget::resizeEvent(event);
-    layoutChildren();
 }
 
 void CStrategyTypeItem::layoutChildren()
 {
-    const int h = height() > 0 ? height() : kRowHeight;
-    m_image->move(2, centredY(h, m_image->height()));
-    const int captionHeight = m_caption->sizeHint().height();
-    m_caption->setFixedHeight(captionHeight);
-    m_caption->move(20, centredY(h, captionHeight));
     // Delete 10 from the right edge, add 4 to its left.
-    const int deleteX = width() - 10 - m_delete->width();
-    m_delete->move(deleteX, centredY(h, m_delete->height()));
-    m_add->move(width() - 14 - m_delete->width() - m_add->width(), centredY(h, m_add->height()));
-    const int captionRight = (!m_add->isHidden() ? m_add->x() : width()) - 4;
-    m_caption->setFixedWidth(std::max(0, captionRight - 20));
+    m_delete->move(width() - 10 - m_delete->width(), centredY(m_delete->height()));
+    m_add->move(width() - 14 - m_delete->width() - m_add->width(), centredY(m_add->height()));
+    layoutRow((!m_add->isHidden() ? m_add->x() : width()) - 4);
 }
 
 }  // namespace TC

@@ -3,20 +3,17 @@
 // buttons by signals; the tree acts on them.
 #pragma once
 
-#include "toolkit/cbasewidget.h"
+#include "strategy/cstrategytreerow.h"
 
 class QMouseEvent;
-class QResizeEvent;
 
 namespace WG {
-class CImageWidget;
 class CPushButton;
-class CSimpleTextWidget;
 }  // namespace WG
 
 namespace TC {
 
-class CStrategyTypeItem : public WG::CBaseWidget {
+class CStrategyTypeItem : public CStrategyTreeRow {
     Q_OBJECT
 public:
     enum EButtonId {
@@ -36,7 +33,6 @@ public:
     WG::CPushButton* deleteButton() const { return m_delete; }
 
     bool handleEvent(int code, int id, int arg, QString text, void* data) override;
-    void themeChanged() override;
 
 signals:
     void sigDoubleClick(int type);
@@ -47,14 +43,10 @@ signals:
 protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
+    void layoutChildren() override;
 
 private:
-    void layoutChildren();
-
     int m_type;
-    WG::CImageWidget* m_image;
-    WG::CSimpleTextWidget* m_caption;
     WG::CPushButton* m_add;
     WG::CPushButton* m_delete;
 };

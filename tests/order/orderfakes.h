@@ -31,16 +31,40 @@ public:
         return boost::shared_ptr<nqservice::SubRequest>();
     }
     boost::shared_ptr<nqservice::CAccountInfo> getAccountInfo() override { return info; }
-    boost::shared_ptr<nqservice::CAccountDetail> getAccountDetail() override
-    {
-        return boost::shared_ptr<nqservice::CAccountDetail>();
-    }
+    boost::shared_ptr<nqservice::CAccountDetail> getAccountDetail() override { return detail; }
     double getCanOrderVolume(const std::string&, const std::string&, int, int, double, long long,
                              nqservice::EPriceType, long long) override
     {
         return 0.0;
     }
     boost::shared_ptr<nqservice::CAccountInfo> info;
+    boost::shared_ptr<nqservice::CAccountDetail> detail;  // null: funds unknown
+};
+
+// Fee data by account and stock key; null for what was not set.
+class CFakeFeeService : public nqservice::IFeeService {
+public:
+    boost::shared_ptr<nqservice::CInstrumentFee> getInstrumentFee(const boost::shared_ptr<nqservice::CAccountInfo>& account,
+                                                                  const std::string& market,
+                                                                  const std::string& code) override
+    {
+        if (!account) {
+            return boost::shared_ptr<nqservice::CInstrumentFee>();
+        }
+        const auto it = fees.find(account->getKey() + "|" + utils::vqStockKey(market, code));
+        return it == fees.end() ? boost::shared_ptr<nqservice::CInstrumentFee>() : it->second;
+    }
+    void set(const std::string& account, const std::string& stockKey, double openBuy, double openSell,
+             double marginRatio)
+    {
+        auto fee = boost::make_shared<nqservice::CInstrumentFee>();
+        fee->accountId = account;
+        fee->openBuyFee = openBuy;
+        fee->openSellFee = openSell;
+        fee->marginRatio = marginRatio;
+        fees[account + "|" + stockKey] = fee;
+    }
+    std::map<std::string, boost::shared_ptr<nqservice::CInstrumentFee>> fees;
 };
 
 struct CVolumeAsk {
@@ -82,12 +106,13 @@ public:
     int getTradingPhase(const std::string&, const std::string&) override { return 0; }
     bool isVolumeQueryByBroker(const std::string& key) override { return byBroker.count(key) != 0; }
 
-    void addAccount(const std::string& key)
+    boost::shared_ptr<CFakeAccountData> addAccount(const std::string& key)
     {
         auto data = boost::make_shared<CFakeAccountData>();
         data->info = boost::make_shared<nqservice::CAccountInfo>();
         data->info->accountId = key;
         accounts[utils::hash(key)] = data;
+        return data;
     }
     std::map<unsigned long long, boost::shared_ptr<nqservice::CAccountData>> accounts;
     std::map<std::string, bool> byBroker;
@@ -101,7 +126,8 @@ public:
     {
         return boost::shared_ptr<nqservice::ITaskCenter>();
     }
-    nqservice::IFeeService* getFeeService() override { return nullptr; }
+    nqservice::IFeeService* getFeeService() override { return &fees; }
+    CFakeFeeService fees;
     boost::shared_ptr<CFakeDataCenter> data = boost::make_shared<CFakeDataCenter>();
     boost::shared_ptr<CRecordingCalculator> calculator = boost::make_shared<CRecordingCalculator>();
 };

@@ -205,3 +205,10 @@ TEST(StrategyQuoteBuffer, ManyThreadsLoseNoKey)
         EXPECT_GE(data->lastPrice, 450.0) << "the newest of each key is kept";
     }
 }
+
+TEST_F(BasketStoreTest, OnlyAnEmptyDirectoryStartsFresh)
+{
+    EXPECT_TRUE(store->startedFresh()) << "the desk gives a new user the example basket";
+    open();
+    EXPECT_FALSE(store->startedFresh()) << "a returning user keeps what they made, baskets deleted or not";
+}
