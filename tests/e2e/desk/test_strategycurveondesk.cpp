@@ -5,18 +5,23 @@
 #include "app/cdeskwindow.h"
 #include "seam/cquoteclient.h"
 #include "strategy/coptionstrategypanel.h"
+#include "strategy/coptionwinnertable.h"
+#include "strategy/coptionwinnerwidget.h"
 #include "strategy/cprofitandlosswebview.h"
 #include "strategy/cstrategymanagetable.h"
+#include "strategy/cstrategymanagetree.h"
 #include "support/testsupport.h"
 #include "strategy/chartpagesupport.h"
 #include "toolkit/cbasetablecolumncheckboxdelegate.h"
 #include "toolkit/ccefwebview.h"
+#include "toolkit/coptionundlcodecombobox.h"
 #include "toolkit/cuiresource.h"
 
 #include "e2e/desk/deskfixture.h"
 
 #include <gtest/gtest.h>
 
+#include <QComboBox>
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -107,6 +112,64 @@ TEST_F(StrategyCurveOnDesk, TickingTwoLegsOfTheExampleBasketDrawsTheirCurve)
         testsupport::waitUntil([] { return false; }, 500);
         window->saveScreenshot(shots + QStringLiteral("/curve-light.png"));
     }
+}
+
+TEST_F(StrategyCurveOnDesk, TheWinnersSelectedCandidateDrawsItsCurve)
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) {
+        GTEST_SKIP() << "QtWebEngine needs a display; run under xvfb-run with QT_QPA_PLATFORM=xcb";
+    }
+    window = std::make_unique<desk::CDeskWindow>(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+    window->restore(QStringLiteral("dark"));
+    window->resize(1600, 1000);
+    window->show();
+    window->dock(QStringLiteral("ops"))->raise();
+    auto* panel = qobject_cast<TC::COptionStrategyPanel*>(window->panel(QStringLiteral("ops")));
+    ASSERT_NE(panel, nullptr);
+    TC::CProfitAndLossWebView* curve = panel->getCurve();
+    ASSERT_NE(curve, nullptr);
+    ASSERT_TRUE(testsupport::waitUntil([&] { return curve->pageLoaded; }, 30000)) << "the page did not load";
+    runScript(curve->webView, QStringLiteral("setAnimation(false)"));
+
+    TC::COptionWinnerWidget* winner = panel->getWinner();
+    TC::COptionUndlCodeComboBox* combo = winner->getUnderlyingCombo();
+    combo->setCurrentIndex(combo->findData(QStringLiteral("510050.SH")));
+    winner->getForecastCombo()->setCurrentIndex(0);
+    // The winner face: the winner prices its candidates only while it shows.
+    panel->handleEvent(TC::CStrategyManageTree::UE_STRATEGY_CHOSEN, 0, TC::CStrategyManageTree::IT_WINNER_BRANCH,
+                       QString(), nullptr);
+    // The candidate's legs quoted by the feed, so that their strikes count.
+    TC::CQuoteClient* quotes = utils::CManualSingletonT<TC::CQuoteClient>::instance();
+    ASSERT_FALSE(winner->getCheckedRowKeys().isEmpty()) << "rows " << winner->getTable()->rowCount();
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] {
+            for (const QString& key : winner->getCheckedRowKeys()) {
+                if (!quotes->getStockPrice(key)) {
+                    return false;
+                }
+            }
+            return true;
+        },
+        10000));
+    const int before = chartState(curve->webView).value("finished").toInt();
+    // The trader comes back to the winner, priced now: its selected candidate's legs go to the curve.
+    panel->handleEvent(TC::CStrategyManageTree::UE_STRATEGY_CHOSEN, 0, TC::CStrategyManageTree::IT_WINNER_BRANCH,
+                       QString(), nullptr);
+    QStringList keys = winner->getCheckedRowKeys();
+    ASSERT_FALSE(keys.isEmpty());
+    keys.sort();
+    EXPECT_EQ(curve->legOperations.keys(), keys);
+    EXPECT_TRUE(curve->isVisible());
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] { return chartState(curve->webView).value("finished").toInt() > before; }, 10000));
+    ASSERT_TRUE(testsupport::waitUntil(
+        [&] {
+            const QString script = curve->lastScript();
+            const QJsonObject sent = QJsonDocument::fromJson(script.mid(11, script.size() - 13).toUtf8()).object();
+            return chartState(curve->webView).value("data") == sent.value("data");
+        },
+        10000));
+    EXPECT_FALSE(chartState(curve->webView).value("breakEvens").toArray().isEmpty());
 }
 
 }  // namespace
