@@ -1,5 +1,6 @@
 #include "app/cdeskservices.h"
 
+#include "app/cchartpages.h"
 #include "app/cdeskmessageservice.h"
 #include "app/cmarketstatestore.h"
 #include "seam/calculator.h"
@@ -54,6 +55,23 @@ QDateTime CDeskServices::liveMarketStart(const QDateTime& exchangeNow)
     return QDateTime(day, QTime(10, 0), exchangeNow.timeSpec());
 }
 
+void CDeskServices::installChartPages(const QString& configDir)
+{
+    if (configDir.isEmpty()) {
+        return;
+    }
+    // The panels find their pages at getConfigDir() + "/../charts/...": the
+    // configuration directory of the panels is <config-dir>/config, and the
+    // pages go to <config-dir>/charts.
+    const QString panelDir = QDir(configDir).filePath(QStringLiteral("config"));
+    QDir().mkpath(panelDir);
+    utils::CSingletonT<TC::CConfig>::instance()->setConfigDir(panelDir);
+    QString error;
+    if (!CChartPages::install(CChartPages::sourceDir(), configDir, &error)) {
+        NQ_LOG_ERROR("the payoff chart page is not installed: " + error.toStdString());
+    }
+}
+
 CDeskServices::CDeskServices(const DeskServicesConfig& config)
 {
     QDateTime start = config.marketStart.isValid()
@@ -78,7 +96,7 @@ CDeskServices::CDeskServices(const DeskServicesConfig& config)
 
     auto* settings = new TC::CUserSettingsStore(config.configDir);
     utils::CSingletonT<TC::CUserManager>::instance()->setUserConfig(settings);
-    utils::CSingletonT<TC::CConfig>::instance()->setConfigDir(config.configDir);
+    installChartPages(config.configDir);
 
     m_exchange = new market::CSimExchangeClient(config.seed, m_tradingDate, m_clock);
     utils::CManualSingletonT<TC::CExchangeClient>::install(m_exchange);

@@ -77,6 +77,10 @@ public:
     // The name of a trading phase as the status bar shows it.
     static QString phaseName(int phase);
 
+    // Sets the panels' configuration directory to <configDir>/config and copies
+    // the chart pages to <configDir>/charts, from the build or install tree.
+    static void installChartPages(const QString& configDir);
+
     market::CSimClock* clock() const { return m_clock; }
     market::CSimExchangeClient* exchange() const { return m_exchange; }
     market::CSimQuoteClient* quotes() const { return m_quotes; }

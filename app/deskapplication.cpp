@@ -16,6 +16,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <unistd.h>
+
 namespace desk {
 
 namespace {
@@ -91,6 +93,10 @@ int runDesk(int argc, char** argv)
         break;
     }
 
+    // The chart page's browser (QtWebEngine) refuses to start as root inside its sandbox.
+    if (geteuid() == 0 && !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX")) {
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    }
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("optdesk"));

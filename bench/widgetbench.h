@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 
 namespace widgetbench {
 
@@ -31,7 +32,8 @@ inline long statusKb(const char* field)
     return value;
 }
 
-inline int run(int argc, char** argv)
+// Runs the benchmarks, then `after` (a summary) while the application still lives.
+inline int run(int argc, char** argv, const std::function<void()>& after = {})
 {
     if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
@@ -43,6 +45,9 @@ inline int run(int argc, char** argv)
     }
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+    if (after) {
+        after();
+    }
     return 0;
 }
 

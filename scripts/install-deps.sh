@@ -19,6 +19,16 @@ for p in "${packages[@]}"; do
   fi
 done
 
+# The chart pages' ECharts comes from npm at build time. Debian ships npm apart
+# from nodejs; a nodejs that brings its own npm (NodeSource) needs neither.
+if ! command -v npm >/dev/null 2>&1; then
+  for p in nodejs npm; do
+    if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
+      missing+=("$p")
+    fi
+  done
+fi
+
 if [ ${#missing[@]} -eq 0 ]; then
   echo "deps: all ${#packages[@]} packages present"
   exit 0

@@ -7,6 +7,7 @@
 #include "order/cstkoptionorderdialog.h"
 #include "strategy/coptionwinnertable.h"
 #include "strategy/coptionwinnerwidget.h"
+#include "strategy/cprofitandlosswebview.h"
 #include "strategy/cprofitlossanalysiswidget.h"
 #include "strategy/cstrategybaskets.h"
 #include "strategy/cstrategymanagetable.h"
@@ -98,6 +99,14 @@ void COptionStrategyPanel::createUi()
     bottomList->addFixedWidget(analysis, WG::WA_FILL);
     analysis->hide();
     winner->setAnalysisWidget(analysis);
+    if (getConfig()->useWebView()) {
+        // Parentless until the bottom list takes it.
+        curve = new CProfitAndLossWebView();
+        curve->setObjectName(QStringLiteral("profitAndLossWebView"));
+        connect(this, &COptionStrategyPanel::sigSelected, curve, &CProfitAndLossWebView::slotSelected);
+        connect(this, &COptionStrategyPanel::sigBSChanged, curve, &CProfitAndLossWebView::slotBSChanged);
+        bottomList->addStretchWidget(curve, 1, WG::WA_FILL);
+    }
 
     outerSplit->setSpliterVisible(true);
     outerSplit->setWidgets(innerSplit, bottomList, true, 260);
@@ -136,6 +145,10 @@ void COptionStrategyPanel::setParam(const QString& param)
         }
         table->adjustColumnWidth();
     }
+    if (curve != nullptr && outerSplit != nullptr) {
+        curve->chartWidth = 750;
+        curve->loadData();
+    }
     if (parts.size() >= 2 && winner != nullptr && winner->getTable() != nullptr) {
         winner->getTable()->loadConfigStr(parts.at(1));
     }
@@ -160,7 +173,13 @@ void COptionStrategyPanel::updateGreek()
     }
 }
 
-void COptionStrategyPanel::resizeEvent(QResizeEvent* event) { ITradeDockableWidget::resizeEvent(event); }
+void COptionStrategyPanel::resizeEvent(QResizeEvent* event)
+{
+    ITradeDockableWidget::resizeEvent(event);
+    if (curve != nullptr) {
+        curve->loadData();
+    }
+}
 
 void COptionStrategyPanel::themeChanged()
 {
@@ -169,7 +188,13 @@ void COptionStrategyPanel::themeChanged()
     }
 }
 
-void COptionStrategyPanel::clearCurve() {}
+void COptionStrategyPanel::clearCurve()
+{
+    if (curve != nullptr) {
+        curve->legOperations.clear();
+        curve->hide();
+    }
+}
 
 void COptionStrategyPanel::reemitWinnerSelection()
 {
@@ -193,7 +218,17 @@ void COptionStrategyPanel::updateBottomVisibility()
     }
 }
 
-void COptionStrategyPanel::widthStep() {}
+void COptionStrategyPanel::widthStep()
+{
+    if (curve == nullptr || outerSplit == nullptr) {
+        return;
+    }
+    const int width = outerSplit->getSecondWidth();
+    if (width >= 0) {
+        curve->chartWidth = width;
+        curve->loadData();
+    }
+}
 
 bool COptionStrategyPanel::handleEvent(int type, int id, int value, QString text, void* data)
 {
@@ -306,6 +341,10 @@ void COptionStrategyPanel::switchFace(int itemType, const QString& name)
         table->setCurrentBasket(QString());
     } else if (baskets.contains(name)) {
         table->loadBasket(name);
+    }
+    // The table's load ticked the legs into the curve: draw them.
+    if (curve != nullptr) {
+        curve->loadData();
     }
 }
 

@@ -3,6 +3,7 @@
 #include "toolkit/ccefwebview.h"
 
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QUrl>
 
 namespace TC {
@@ -11,8 +12,18 @@ CCefViewManager::CCefViewManager() = default;
 
 CCefViewManager::~CCefViewManager() = default;
 
+bool CCefViewManager::canCreateViews()
+{
+    // QtWebEngine needs a real display: on these platforms its GPU process can't start.
+    const QString platform = QGuiApplication::platformName();
+    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
+}
+
 WG::CCefWebView* CCefViewManager::getWebView(const QString& url, QWidget* parent)
 {
+    if (!canCreateViews()) {
+        return nullptr;
+    }
     auto* view = new WG::CCefWebView(parent);
     ++m_created;
     if (!url.isEmpty()) {

@@ -22,7 +22,9 @@ public:
     CCefViewManager& operator=(const CCefViewManager&) = delete;
 
     // A new view (owned by parent) loading the url: a local file path or a URL.
+    // Null where no browser can run (the offscreen and minimal platforms).
     WG::CCefWebView* getWebView(const QString& url, QWidget* parent);
+    static bool canCreateViews();
     // Called with the result whenever the view's page finishes loading.
     void setloadFinished(WG::CCefWebView* view, boost::function<void(bool)> callback);
     // Runs the script in the view's page, waiting for the page to load if need be.

@@ -1,3 +1,4 @@
+#include "app/cchartpages.h"
 #include "app/cdeskservices.h"
 #include "app/cmarketstatestore.h"
 #include "seam/calculator.h"
@@ -17,6 +18,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -73,7 +77,8 @@ TEST(DeskServices, InstallsTheServicesAndRemovesThemAtTheEnd)
         ASSERT_NE(utils::CManualSingletonT<TC::CQuoteClient>::instance(), nullptr);
         ASSERT_NE(nqservice::GreekAndOptionsCalculator::instance(), nullptr);
         ASSERT_NE(TC::getUserConfig(), nullptr);
-        EXPECT_EQ(TC::getConfigDir(), dir.path());
+        // The panels look below <config-dir>/config; their chart pages stand in <config-dir>/charts.
+        EXPECT_EQ(TC::getConfigDir(), dir.path() + QStringLiteral("/config"));
         EXPECT_EQ(services.tradingDate(), QDate(2026, 11, 23));
 
         QMap<QString, QMap<QString, QStringList>> chains;
@@ -102,6 +107,42 @@ TEST(DeskServices, InstallsTheServicesAndRemovesThemAtTheEnd)
     EXPECT_EQ(nqservice::GreekAndOptionsCalculator::instance(), nullptr);
     EXPECT_EQ(TC::getUserConfig(), nullptr);
     EXPECT_EQ(utils::CManualSingletonT<TC::CTimeService>::instance(), nullptr);
+}
+
+TEST(DeskServices, PutsTheChartPagesWhereThePanelsLookForThem)
+{
+    QTemporaryDir dir;
+    const QString before = TC::getConfigDir();
+    // This program runs from the build tree: its pages are in <build>/charts.
+    const QString source = desk::CChartPages::sourceDir();
+    ASSERT_FALSE(source.isEmpty()) << "no chart pages beside the test program: was optdesk_charts built?";
+    desk::CDeskServices::installChartPages(dir.path());
+    EXPECT_EQ(TC::getConfigDir(), dir.path() + QStringLiteral("/config"));
+    EXPECT_TRUE(QFileInfo(TC::getConfigDir()).isDir());
+    const QString page = TC::getConfigDir() + QStringLiteral("/../charts/profitAndLossChart/profitAndLossIndex.html");
+    const QString echarts = TC::getConfigDir() + QStringLiteral("/../charts/profitAndLossChart/echarts.min.js");
+    EXPECT_TRUE(QFileInfo::exists(page));
+    EXPECT_GT(QFileInfo(echarts).size(), 100000);
+    // Only the pages: nothing of CMake's beside them.
+    EXPECT_EQ(QDir(dir.filePath(QStringLiteral("charts"))).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+              QStringList{QStringLiteral("profitAndLossChart")});
+
+    // A page left from an older build is replaced at the next start.
+    {
+        QFile stale(page);
+        ASSERT_TRUE(stale.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        stale.write("old");
+    }
+    QString error;
+    ASSERT_TRUE(desk::CChartPages::install(source, dir.path(), &error)) << error.toStdString();
+    QFile fresh(page);
+    ASSERT_TRUE(fresh.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(fresh.readAll().contains("function loadChart("));
+
+    // Nowhere to copy from: a reason, not a crash.
+    EXPECT_FALSE(desk::CChartPages::install(QString(), dir.path(), &error));
+    EXPECT_FALSE(error.isEmpty());
+    TC::getConfig()->setConfigDir(before);
 }
 
 TEST(DeskServices, PhaseNames)

@@ -8,14 +8,18 @@
 #include "order/cstkoptionorderdialog.h"
 #include "strategy/coptionwinnertable.h"
 #include "strategy/coptionwinnerwidget.h"
+#include "strategy/cprofitandlosscurve.h"
+#include "strategy/cprofitandlosswebview.h"
 #include "strategy/cprofitlossanalysiswidget.h"
 #include "strategy/cstrategymanagetable.h"
 #include "strategy/cstrategymanagetree.h"
 #include "toolkit/cautoexpandtoolbar.h"
+#include "toolkit/cbasetablecolumncheckboxdelegate.h"
 #include "toolkit/cmessagebox.h"
 #include "toolkit/cmessagetip.h"
 #include "toolkit/cquotesaddinstrumentwidget.h"
 #include "toolkit/csmallnonormalbutton.h"
+#include "toolkit/csplitcontainer.h"
 #include "toolkit/clineedit.h"
 
 #include <gtest/gtest.h>
@@ -85,7 +89,11 @@ TEST_F(StrategyPanelTest, BuildsEveryWidgetInPlace)
     EXPECT_TRUE(panel->getWinner()->isHidden());
     EXPECT_TRUE(panel->getAnalysis()->isHidden());
     EXPECT_EQ(panel->getWinner()->getAnalysisWidget(), panel->getAnalysis());
-    EXPECT_EQ(panel->getCurve(), nullptr);
+    // The client uses a web view: the curve stands in the bottom list, hidden until it has legs.
+    ASSERT_NE(panel->getCurve(), nullptr);
+    EXPECT_EQ(panel->getCurve()->objectName(), QStringLiteral("profitAndLossWebView"));
+    EXPECT_TRUE(panel->getCurve()->isHidden());
+    EXPECT_TRUE(panel->getOuterSplit()->isAncestorOf(panel->getCurve()));
 }
 
 TEST_F(StrategyPanelTest, SetParamLoadsTheFirstBasket)
@@ -104,7 +112,9 @@ TEST_F(StrategyPanelTest, SetParamWithNoBasketLeavesTheTableEmpty)
     panel->setParam(QString());
     EXPECT_EQ(panel->getTable()->rowCount(), 0);
     EXPECT_TRUE(panel->getTable()->currentBasket().isEmpty());
-    EXPECT_EQ(panel->getCurve(), nullptr);
+    ASSERT_NE(panel->getCurve(), nullptr);
+    EXPECT_TRUE(panel->getCurve()->legOperations.isEmpty());
+    EXPECT_TRUE(panel->getCurve()->isHidden());
 }
 
 TEST_F(StrategyPanelTest, ParamJoinsTheTwoTableLayouts)
@@ -316,4 +326,74 @@ TEST_F(StrategyPanelTest, QuickOrderOpensTheDialogForTheTickedLegs)
     ASSERT_NE(multi, nullptr) << "three ticked legs: the multi-leg dialog";
     EXPECT_TRUE(multi->isVisible());
     multi->close();
+}
+
+// The curve under the workbench, without a browser here (offscreen): the page is
+// taken as loaded, and what the curve would draw is its last script.
+class StrategyPanelCurveTest : public StrategyPanelTest {
+protected:
+    TC::CProfitAndLossWebView* openWithBasket()
+    {
+        writeBasket(QStringLiteral("a"), {leg("10000011", 1, nqservice::OT_BUY, false),
+                                          leg("10000021", 1, nqservice::OT_SELL, false)});
+        publish(quote("10000011", 0.1, 0.09));
+        publish(quote("10000021", 0.08, 0.09));
+        makePanel();
+        panel->setParam(QString());
+        TC::CProfitAndLossWebView* curve = panel->getCurve();
+        if (curve != nullptr) {
+            curve->slotLoadFinished(true);
+        }
+        return curve;
+    }
+    static QString scriptFor(const QMap<QString, int>& legs, int width)
+    {
+        return TC::CProfitAndLossCurve::build(width, TC::CProfitAndLossCurve::collectLegs(legs), nullptr).script;
+    }
+};
+
+TEST_F(StrategyPanelCurveTest, TickedLegsReachTheCurveWithTheirSides)
+{
+    TC::CProfitAndLossWebView* curve = openWithBasket();
+    ASSERT_NE(curve, nullptr);
+    EXPECT_TRUE(curve->isHidden()) << "nothing ticked";
+    panel->getTable()->checkDelegate()->setItemChecked("0", true, true);
+    panel->getTable()->checkDelegate()->setItemChecked("1", true, true);
+    const QMap<QString, int> both = {{QStringLiteral("10000011.SH"), 18}, {QStringLiteral("10000021.SH"), 19}};
+    EXPECT_EQ(curve->legOperations, both);
+    EXPECT_FALSE(curve->isHidden());
+    EXPECT_EQ(curve->lastScript(), scriptFor(both, curve->chartWidth));
+    // Unticking takes the leg out again.
+    panel->getTable()->checkDelegate()->setItemChecked("0", false, true);
+    EXPECT_EQ(curve->legOperations.keys(), QStringList{QStringLiteral("10000021.SH")});
+    EXPECT_EQ(curve->lastScript(), scriptFor({{QStringLiteral("10000021.SH"), 19}}, curve->chartWidth));
+}
+
+TEST_F(StrategyPanelCurveTest, ChoosingABasketClearsTheCurveAndTheLoadNamesLegsByCode)
+{
+    TC::CProfitAndLossWebView* curve = openWithBasket();
+    ASSERT_NE(curve, nullptr);
+    panel->getTable()->checkDelegate()->setItemChecked("0", true, true);
+    ASSERT_FALSE(curve->isHidden());
+    panel->handleEvent(CStrategyManageTree::UE_STRATEGY_CHOSEN, 0, 0, QStringLiteral("a"), nullptr);
+    // The load ticks the checked leg by its code, which names no instrument: nothing to draw.
+    EXPECT_EQ(curve->legOperations.keys(), QStringList{QStringLiteral("10000011")});
+    EXPECT_TRUE(curve->isHidden());
+    // A new basket empties it.
+    panel->handleEvent(CStrategyManageTree::UE_STRATEGY_REMOVED, 0, 0, QString(), nullptr);
+    EXPECT_TRUE(curve->legOperations.isEmpty());
+    EXPECT_TRUE(curve->isHidden());
+}
+
+TEST_F(StrategyPanelCurveTest, TheCurveTakesTheWidthOfTheBottomArea)
+{
+    TC::CProfitAndLossWebView* curve = openWithBasket();
+    ASSERT_NE(curve, nullptr);
+    EXPECT_EQ(curve->chartWidth, 750) << "setParam starts it at 750";
+    panel->handleEvent(271, 0, 0, QString(), nullptr);
+    const int width = panel->getOuterSplit()->getSecondWidth();
+    ASSERT_GE(width, 0);
+    EXPECT_EQ(curve->chartWidth, width);
+    panel->getTable()->checkDelegate()->setItemChecked("0", true, true);
+    EXPECT_TRUE(curve->lastScript().startsWith(QStringLiteral("loadChart('{\"width\":%1,").arg(width)));
 }

@@ -61,4 +61,19 @@ TEST(CefViewManager, LoadsAPageReportsTheEndAndRunsScripts)
     utils::CSingletonT<TC::CCefViewManager>::destroy();
 }
 
+TEST(CefViewManager, MakesNoViewWhereNoBrowserCanRun)
+{
+    if (webEngineCanRun()) {
+        GTEST_SKIP() << "a display is there: the browser can run";
+    }
+    TC::CCefViewManager manager;
+    QWidget host;
+    EXPECT_FALSE(TC::CCefViewManager::canCreateViews());
+    EXPECT_EQ(manager.getWebView(QStringLiteral("/tmp/page.html"), &host), nullptr);
+    EXPECT_EQ(manager.createdViews(), 0);
+    // The other calls take the null view and do nothing.
+    manager.setloadFinished(nullptr, [](bool) {});
+    manager.executeJavaScript(nullptr, QStringLiteral("loadChart('{}')"));
+}
+
 }  // namespace
