@@ -10,6 +10,7 @@
 #include "app/cpositionstablemodel.h"
 #include "app/crecordtable.h"
 #include "app/csettlementstablemodel.h"
+#include "positions/ccombreleaseparams.h"
 
 #include "seam/common.h"
 #include "seam/logger.h"
@@ -273,10 +274,14 @@ bool CAccountsDock::releaseSelected()
         tell(QStringLiteral("未选择任何组合策略持仓!"));
         return false;
     }
-    TC::CUserConfig* user = TC::getUserConfig();
+    // The same release order the combination position panel sends.
     QString why;
-    const auto command = CCombinationCommand::release(*detail, detail->releaseVolume,
-                                                      user != nullptr ? user->getUserDataString(TC::UM_USER_NAME).toStdString() : std::string(), &why);
+    QString warning;
+    std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>> params;
+    const auto command =
+        TC::CCombReleaseParams::fill({detail}, params, nqservice::OT_COMB_STRATEGY_RELEASE, why, warning)
+            ? TC::CCombReleaseParams::command(params, warning)
+            : boost::shared_ptr<nqservice::COrderComandParam>();
     TC::COvCommandCenter* commands = utils::CManualSingletonT<TC::COvCommandCenter>::instance();
     if (command && commands == nullptr) {
         why = QStringLiteral("未连接交易通道, 无法解除组合");

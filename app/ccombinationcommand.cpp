@@ -140,34 +140,4 @@ boost::shared_ptr<nqservice::COrderComandParam> CCombinationCommand::build(const
     return commandOf(param);
 }
 
-boost::shared_ptr<nqservice::COrderComandParam> CCombinationCommand::release(
-    const nqservice::CStkOptCombPositionDetail& detail, long long volume, const std::string& userName, QString* why)
-{
-    if (detail.combId.empty()) {
-        say(why, QStringLiteral("未找到对应的组合策略持仓！"));
-        return nullptr;
-    }
-    if (volume <= 0 || volume > detail.releaseVolume) {
-        say(why, QStringLiteral("可解除数量不足"));
-        return nullptr;
-    }
-    auto legs = boost::make_shared<nqservice::COptionCombStrategyParam>();
-    legs->marketName = detail.market;
-    legs->legOneCode = detail.legOneCode;
-    legs->legOneType = detail.legOneType;
-    legs->legOneExtra = detail.legOneExtra;
-    legs->legTwoCode = detail.legTwoCode;
-    legs->legTwoType = detail.legTwoType;
-    legs->legTwoExtra = detail.legTwoExtra;
-    auto param = combinationOrder(nqservice::OT_COMB_STRATEGY_RELEASE, detail.account, detail.strategyCode, volume,
-                                  userName, legs);
-    if (!param) {
-        say(why, QStringLiteral("组合策略参数填充失败"));
-        return nullptr;
-    }
-    param->stockInfo.name = detail.name;
-    param->combPositionKey = detail.combId;
-    return commandOf(param);
-}
-
 }  // namespace desk

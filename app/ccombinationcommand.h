@@ -1,6 +1,6 @@
-// The commands of combination positions, built without a widget: a build
-// (operation 1090) of a strategy from two held legs, and a release (1091) of a
-// combination as its panel builds it. The legs go in a COptionCombStrategyParam
+// The command that builds a combination position, without a widget: operation
+// 1090 of a strategy from two held legs (releases are the combination position
+// panel's TC::CCombReleaseParams). The legs go in a COptionCombStrategyParam
 // filled into the order's extra parameters (extraFlags bit 64), the price type
 // is the strategy's, the price 0 and the code "A/B".
 #pragma once
@@ -38,10 +38,6 @@ public:
     static boost::shared_ptr<nqservice::COrderComandParam> build(const QString& strategy, const Leg& one, const Leg& two,
                                                                 long long volume, const std::string& userName,
                                                                 QString* why);
-    // The command of a release of volume contracts of a combination; null with a reason in why.
-    static boost::shared_ptr<nqservice::COrderComandParam> release(const nqservice::CStkOptCombPositionDetail& detail,
-                                                                  long long volume, const std::string& userName,
-                                                                  QString* why);
 };
 
 }  // namespace desk

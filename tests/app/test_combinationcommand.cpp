@@ -104,31 +104,6 @@ TEST(CombinationCommand, ABuildThatCannotBeIsRefusedWithAReason)
     EXPECT_EQ(why, QStringLiteral("请选择两个持仓合约"));
 }
 
-TEST(CombinationCommand, AReleaseIsBuiltAsTheCombinationPanelBuildsIt)
-{
-    const auto detail = combination(makeAccount("A1", "模拟一"), "Z00000007", 4);
-    QString why;
-    const auto command = CCombinationCommand::release(*detail, 4, "trader", &why);
-    ASSERT_TRUE(command) << why.toStdString();
-    const auto& param = *command->params.front();
-    EXPECT_EQ(param.operationType, nqservice::OT_COMB_STRATEGY_RELEASE);
-    EXPECT_EQ(param.stockInfo.code, "10000001/10000002");
-    EXPECT_EQ(param.hedgeFlag, nqservice::HF_SPECULATION);
-    EXPECT_EQ(param.priceType, nqservice::DataHelper::getOptionCombStrategyPriceType("KS"));
-    EXPECT_DOUBLE_EQ(param.price, 0.0);
-    EXPECT_EQ(param.combPositionKey, "Z00000007");
-    EXPECT_NE(param.extraFlags & 64, 0);
-    const auto legs = nqservice::DataHelper::getOptionCombStrategyParam(param.extraParams);
-    ASSERT_TRUE(legs);
-    EXPECT_EQ(legs->legOneExtra, 4);
-    EXPECT_EQ(legs->legTwoType, '1');
-    EXPECT_FALSE(CCombinationCommand::release(*detail, 5, "", &why));
-    EXPECT_EQ(why, QStringLiteral("可解除数量不足"));
-    detail->combId.clear();
-    EXPECT_FALSE(CCombinationCommand::release(*detail, 1, "", &why));
-    EXPECT_EQ(why, QStringLiteral("未找到对应的组合策略持仓！"));
-}
-
 TEST(CombinationCommand, TheLegsAreTheFreeOptionPositionsOfTheAccount)
 {
     const auto account = makeAccount("A1", "模拟一");
