@@ -37,6 +37,22 @@ namespace {
 using chartpage::chartState;
 using chartpage::runScript;
 
+// True once the page has finished a drawing after `finishedBefore` and holds
+// the series of the curve's last script.
+bool drawsItsLastScript(TC::CProfitAndLossWebView* curve, int finishedBefore)
+{
+    return testsupport::waitUntil(
+               [&] { return chartState(curve->webView).value("finished").toInt() > finishedBefore; }, 10000) &&
+           testsupport::waitUntil(
+               [&] {
+                   const QString script = curve->lastScript();
+                   const QJsonObject sent =
+                       QJsonDocument::fromJson(script.mid(11, script.size() - 13).toUtf8()).object();
+                   return chartState(curve->webView).value("data") == sent.value("data");
+               },
+               10000);
+}
+
 class StrategyCurveOnDesk : public deskfixture::DeskTest {};
 
 TEST_F(StrategyCurveOnDesk, TickingTwoLegsOfTheExampleBasketDrawsTheirCurve)
@@ -81,16 +97,7 @@ TEST_F(StrategyCurveOnDesk, TickingTwoLegsOfTheExampleBasketDrawsTheirCurve)
     EXPECT_EQ(curve->legOperations.value(first), 18);
     EXPECT_EQ(curve->legOperations.value(second), 19);
     EXPECT_TRUE(curve->isVisible());
-    ASSERT_TRUE(testsupport::waitUntil(
-        [&] { return chartState(curve->webView).value("finished").toInt() > before; }, 10000));
-    // What the page holds is the series of the last script.
-    ASSERT_TRUE(testsupport::waitUntil(
-        [&] {
-            const QString script = curve->lastScript();
-            const QJsonObject sent = QJsonDocument::fromJson(script.mid(11, script.size() - 13).toUtf8()).object();
-            return chartState(curve->webView).value("data") == sent.value("data");
-        },
-        10000));
+    ASSERT_TRUE(drawsItsLastScript(curve, before));
     const QJsonObject state = chartState(curve->webView);
     EXPECT_GE(state.value("data").toArray().size(), 20);
     // A bull call spread crosses zero once, between its strikes.
@@ -160,15 +167,7 @@ TEST_F(StrategyCurveOnDesk, TheWinnersSelectedCandidateDrawsItsCurve)
     keys.sort();
     EXPECT_EQ(curve->legOperations.keys(), keys);
     EXPECT_TRUE(curve->isVisible());
-    ASSERT_TRUE(testsupport::waitUntil(
-        [&] { return chartState(curve->webView).value("finished").toInt() > before; }, 10000));
-    ASSERT_TRUE(testsupport::waitUntil(
-        [&] {
-            const QString script = curve->lastScript();
-            const QJsonObject sent = QJsonDocument::fromJson(script.mid(11, script.size() - 13).toUtf8()).object();
-            return chartState(curve->webView).value("data") == sent.value("data");
-        },
-        10000));
+    ASSERT_TRUE(drawsItsLastScript(curve, before));
     EXPECT_FALSE(chartState(curve->webView).value("breakEvens").toArray().isEmpty());
 }
 
