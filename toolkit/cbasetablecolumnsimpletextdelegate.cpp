@@ -1,8 +1,8 @@
 #include "toolkit/cbasetablecolumnsimpletextdelegate.h"
 
+#include "toolkit/ctextlinepainter.h"
 #include "toolkit/cuiresource.h"
 
-#include <QFontMetrics>
 #include <QPainter>
 
 namespace WG {
@@ -40,8 +40,8 @@ void CBaseTableColumnSimpleTextDelegate::paintCell(QPainter* painter, const std:
     painter->setPen(color != m_colorKeys.end() && !color->second.isEmpty()
                         ? *CUiResource::get()->getColor(color->second)
                         : context.textColor);
-    const QRect rect = context.rect.adjusted(4, 0, -4, 0);
-    painter->drawText(rect, context.alignment, QFontMetrics(context.font).elidedText(text, Qt::ElideRight, rect.width()));
+    // Drawn as the table draws its own cells: a column of figures repaints often.
+    CTextLinePainter::draw(painter, context.rect.adjusted(4, 0, -4, 0), context.alignment, text, context.font);
 }
 
 }  // namespace WG

@@ -115,11 +115,8 @@ QVariant CHpfTableAdapterModel::data(const QModelIndex& index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return row->displayText(column);
-    case Qt::TextAlignmentRole: {
-        const int type = m_source->columnType(column);
-        const bool number = type == QVariant::Double || type == QVariant::Int || type == QVariant::LongLong;
-        return static_cast<int>((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    }
+    case Qt::TextAlignmentRole:
+        return alignmentOf(column);
     case CTableCellModel::SortRole: {
         switch (m_source->columnType(column)) {
         case QVariant::Double:
@@ -141,10 +138,7 @@ QVariant CHpfTableAdapterModel::data(const QModelIndex& index, int role) const
         return color != nullptr ? QVariant(*color) : QVariant();
     }
     case CTableCellModel::BackgroundColorRole: {
-        const QColor* color = row->getBackgroundColor(column);
-        if (color == nullptr) {
-            color = m_source->getBackgroundColor(column);
-        }
+        const QColor* color = backgroundOf(*row, column);
         return color != nullptr ? QVariant(*color) : QVariant();
     }
     case CTableCellModel::FlashingRole:
@@ -164,6 +158,37 @@ QVariant CHpfTableAdapterModel::data(const QModelIndex& index, int role) const
     default:
         return QVariant();
     }
+}
+
+bool CHpfTableAdapterModel::cellPaint(int row, int column, CellPaint& paint) const
+{
+    if (m_source == nullptr || row < 0 || row >= m_rows || column < 0 || column >= m_columns) {
+        return false;
+    }
+    const IBaseHpfTableDataPtr data = m_source->getData(row);
+    if (!data) {
+        return false;
+    }
+    paint.text = data->displayText(column);
+    paint.alignment = alignmentOf(column);
+    const QColor* text = data->textColor(column);
+    paint.textColor = text != nullptr ? *text : QColor();
+    const QColor* background = backgroundOf(*data, column);
+    paint.background = background != nullptr ? *background : QColor();
+    return true;
+}
+
+int CHpfTableAdapterModel::alignmentOf(int column) const
+{
+    const int type = m_source->columnType(column);
+    const bool number = type == QVariant::Double || type == QVariant::Int || type == QVariant::LongLong;
+    return static_cast<int>((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
+const QColor* CHpfTableAdapterModel::backgroundOf(const IBaseHpfTableData& row, int column) const
+{
+    const QColor* color = row.getBackgroundColor(column);
+    return color != nullptr ? color : m_source->getBackgroundColor(column);
 }
 
 QVariant CHpfTableAdapterModel::headerData(int section, Qt::Orientation orientation, int role) const

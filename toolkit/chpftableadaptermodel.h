@@ -7,6 +7,7 @@
 #include "toolkit/ibasehpftablemodel.h"
 
 #include <QAbstractTableModel>
+#include <QColor>
 #include <QTimer>
 
 namespace WG {
@@ -32,6 +33,18 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
+    // What a painter needs of one cell, read from its row once: the display
+    // text, the alignment and the row's own colours (invalid where the row has
+    // none). Gives the same as data() with the matching roles, without a
+    // variant or a row lookup per role. False outside the reported rows.
+    struct CellPaint {
+        QString text;
+        QColor textColor;
+        QColor background;
+        int alignment = 0;
+    };
+    bool cellPaint(int row, int column, CellPaint& paint) const;
+
     void hpfModelChanged() override;
     void hpfModelDestroyed() override;
 
@@ -39,6 +52,9 @@ signals:
     void sigSynced();
 
 private:
+    int alignmentOf(int column) const;
+    const QColor* backgroundOf(const IBaseHpfTableData& row, int column) const;
+
     IBaseHpfTableModel* m_source = nullptr;
     int m_rows = 0;
     int m_columns = 0;

@@ -3,6 +3,7 @@
 #include "seam/common.h"
 #include "seam/uievents.h"
 #include "toolkit/cbasetablecolumnwidgetdelegate.h"
+#include "toolkit/chpftableadaptermodel.h"
 #include "toolkit/ctablecellmodel.h"
 #include "toolkit/ctablesortproxy.h"
 #include "toolkit/cstylesheetcenter.h"
@@ -121,6 +122,7 @@ void IBaseTable::attachModel(QAbstractItemModel* model)
 {
     m_model = model;
     m_cells = qobject_cast<CTableCellModel*>(model);
+    m_hpfCells = qobject_cast<CHpfTableAdapterModel*>(model);
     m_proxy->setSourceModel(model);
     m_view->setModel(m_proxy);
     auto resync = [this] {

@@ -33,6 +33,7 @@ class QRegion;
 namespace WG {
 
 class CBaseTableColumnWidgetDelegate;
+class CHpfTableAdapterModel;
 class CTableHeaderView;
 class CTableCellModel;
 class CTableItemPainter;
@@ -239,6 +240,7 @@ private:
     CTableStatRow* m_statRow = nullptr;
     QAbstractItemModel* m_model = nullptr;
     CTableCellModel* m_cells = nullptr;  // m_model when it is a normal table's cells: read without variants
+    CHpfTableAdapterModel* m_hpfCells = nullptr;  // likewise when it shows high-performance rows
     int m_sortColumn = -1;
     int m_sortOrder = TSO_NONE;
     int m_flashDuration = 600;

@@ -6,6 +6,7 @@
 // line per row and column.
 #include "seam/common.h"
 #include "toolkit/cbasetablecolumnwidgetdelegate.h"
+#include "toolkit/chpftableadaptermodel.h"
 #include "toolkit/ctextlinepainter.h"
 #include "toolkit/ctablecellmodel.h"
 #include "toolkit/ctablesortproxy.h"
@@ -76,6 +77,16 @@ void IBaseTable::readCell(int sourceRow, int sourceColumn, CellLook& look) const
             look.textColorKey = *cell.textColorKey;
             look.alignment = cell.alignment;
             look.bold = cell.bold;
+        }
+        return;
+    }
+    if (m_hpfCells != nullptr) {
+        CHpfTableAdapterModel::CellPaint cell;
+        if (m_hpfCells->cellPaint(sourceRow, sourceColumn, cell)) {
+            look.text = std::move(cell.text);
+            look.textColor = cell.textColor;
+            look.background = cell.background;
+            look.alignment = cell.alignment;
         }
         return;
     }

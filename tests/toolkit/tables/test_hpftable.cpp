@@ -38,6 +38,7 @@ public:
     double doubleValue(int column) const override { return column == 1 ? price : utils::kAbsentDouble; }
     int intValue(int column) const override { return column == 2 ? volume : utils::kAbsentInt; }
     std::string keyString() const override { return strike.toStdString(); }
+    const QColor* textColor(int column) const override { return column == 1 ? &priceColor : nullptr; }
     bool isFlashChange(int column) const override { return flashStamps.count(column) != 0; }
     double getChangedValue(int column) const override
     {
@@ -48,6 +49,7 @@ public:
     QString strike;
     double price;
     int volume;
+    QColor priceColor{Qt::red};
     std::map<int, double> flashStamps;
 };
 
@@ -66,6 +68,7 @@ public:
         return column == 1 ? QVariant::Double : (column == 2 ? QVariant::Int : QVariant::String);
     }
     bool columnFlashChange(int column) const override { return column == 1; }
+    const QColor* getBackgroundColor(int column) const override { return column == 2 ? &volumeBackground : nullptr; }
     QString getStatDispalyQString(int column) const override { return column == 2 ? stat : QString(); }
     int customSort(const WG::IBaseHpfTableDataPtr& left, const WG::IBaseHpfTableDataPtr& right) const override
     {
@@ -76,6 +79,7 @@ public:
     }
     QString stat;
     bool reverseVolume = false;
+    QColor volumeBackground{Qt::darkBlue};
 };
 
 WG::IBaseHpfTableDataPtr row(const QString& strike, double price, int volume)
@@ -136,6 +140,37 @@ TEST_F(HpfTableTest, RowsAreAskedNotCopiedAndNewRowsArriveByInsertion)
     model.notifyChanged();
     EXPECT_TRUE(testsupport::waitUntil([&] { return changed.count() == 2; }, 1000));
     EXPECT_EQ(table->itemText(0, 1), QStringLiteral("0.3000"));
+}
+
+// The painter reads a row once per cell; what it reads must be what the roles give.
+TEST_F(HpfTableTest, ThePaintersDirectReadAgreesWithTheRoles)
+{
+    model.addData(row(QStringLiteral("2.800"), 0.1, 10));
+    model.addData(row(QStringLiteral("2.900"), utils::kAbsentDouble, 20));
+    table->updateTable();
+    WG::CHpfTableAdapterModel* adapter = table->adapter();
+    for (int r = 0; r < adapter->rowCount(); ++r) {
+        for (int c = 0; c < adapter->columnCount(); ++c) {
+            const QModelIndex index = adapter->index(r, c);
+            WG::CHpfTableAdapterModel::CellPaint cell;
+            ASSERT_TRUE(adapter->cellPaint(r, c, cell));
+            EXPECT_EQ(cell.text, index.data(Qt::DisplayRole).toString());
+            EXPECT_EQ(cell.alignment, index.data(Qt::TextAlignmentRole).toInt());
+            EXPECT_EQ(cell.textColor, index.data(WG::CTableCellModel::TextColorRole).value<QColor>());
+            EXPECT_EQ(cell.background, index.data(WG::CTableCellModel::BackgroundColorRole).value<QColor>());
+        }
+    }
+    EXPECT_EQ(adapter->index(0, 1).data(Qt::TextAlignmentRole).toInt(), int(Qt::AlignRight | Qt::AlignVCenter));
+    WG::CHpfTableAdapterModel::CellPaint price;
+    WG::CHpfTableAdapterModel::CellPaint volume;
+    ASSERT_TRUE(adapter->cellPaint(0, 1, price));
+    ASSERT_TRUE(adapter->cellPaint(0, 2, volume));
+    EXPECT_EQ(price.textColor, QColor(Qt::red)) << "the row's own colour";
+    EXPECT_EQ(volume.background, QColor(Qt::darkBlue)) << "the model's column colour where the row has none";
+    EXPECT_FALSE(volume.textColor.isValid());
+    WG::CHpfTableAdapterModel::CellPaint outside;
+    EXPECT_FALSE(adapter->cellPaint(2, 0, outside)) << "a row the view has not been told of";
+    EXPECT_FALSE(adapter->cellPaint(0, 3, outside));
 }
 
 TEST_F(HpfTableTest, CellsChangedInPlaceReportJustTheirRangeCutToWhatIsShown)
