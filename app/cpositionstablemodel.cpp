@@ -1,6 +1,7 @@
 #include "app/cpositionstablemodel.h"
 
 #include "seam/tradingrecords.h"
+#include "seam/tradinghelpers.h"
 
 namespace desk {
 
@@ -22,14 +23,10 @@ CPositionsTableModel::CPositionsTableModel(QObject* parent)
 
 QString CPositionsTableModel::directionText(int direction)
 {
-    switch (direction) {
-    case '0':
-        return QStringLiteral("权利仓");
-    case '2':
-        return QStringLiteral("备兑仓");
-    default:
-        return QStringLiteral("义务仓");
-    }
+    // Any side but long and covered is an ordinary short.
+    const int side = direction == '0' || direction == '2' ? direction : '1';
+    return QString::fromStdString(
+        nqservice::TypeManager::instance()->getEnumItemName("nqservice::EPositionDirection", side, 32));
 }
 
 CAccountRecordModel::Cell CPositionsTableModel::cell(const nqservice::IData& record, int column) const

@@ -63,6 +63,7 @@ void CHpfOptionStrategyPositionModel::setColumns(const std::vector<int>& dataTyp
             property.flags = field.getProperty(nqservice::FP_DISPLAY);
             property.secondFlags = field.getProperty(nqservice::FP_KEY);
             property.fieldName = field.name;
+            property.enumName = field.enumName;
             fieldColumns.insert(QString::fromStdString(field.name), static_cast<int>(properties.size()));
             properties.push_back(property);
         }

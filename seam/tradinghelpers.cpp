@@ -94,6 +94,11 @@ std::string TypeManager::getEnumItemName(const std::string& enumName, int value,
     if (enumName == "nqservice::EPriceType") {
         return priceTypeName(value, traderType);
     }
+    if (enumName == "nqservice::EPositionDirection") {
+        // A position's side: 48 long, 49 ordinary short, 50 covered short.
+        static const std::map<int, const char*> s_names = {{'0', "权利仓"}, {'1', "义务仓"}, {'2', "备兑仓"}};
+        return lookup(s_names, value);
+    }
     if (enumName == "nqservice::EEntrustBS") {
         static const std::map<int, const char*> s_names = {{EBS_BUY, "买入"}, {EBS_SELL, "卖出"}};
         return lookup(s_names, value);

@@ -201,10 +201,10 @@ public:
         visit("volume", "组合数量", self.volume, number);
         visit("releaseVolume", "可解除数量", self.releaseVolume, number);
         visit("legOneCode", "合约一代码", self.legOneCode, left);
-        visit("legOneType", "合约一持仓类型", self.legOneType, centre);
+        visit("legOneType", "合约一持仓类型", self.legOneType, centre, "nqservice::EPositionDirection");
         visit("legOneExtra", "合约一数量", self.legOneExtra, fieldProps({FP_DISPLAY}));
         visit("legTwoCode", "合约二代码", self.legTwoCode, left);
-        visit("legTwoType", "合约二持仓类型", self.legTwoType, centre);
+        visit("legTwoType", "合约二持仓类型", self.legTwoType, centre, "nqservice::EPositionDirection");
         visit("legTwoExtra", "合约二数量", self.legTwoExtra, fieldProps({FP_DISPLAY}));
     }
 };

@@ -2,6 +2,7 @@
 
 #include "seam/common.h"
 #include "seam/formatters.h"
+#include "seam/tradinghelpers.h"
 #include "toolkit/chpfdatamodel.h"
 #include "toolkit/cuiresource.h"
 
@@ -50,8 +51,15 @@ QString CHpfData::displayText(int column) const
     case bson::NumberDouble:
         return WG::formatDoubleNumber(element.numberDouble(), m_model->columnProperty(column).decimals,
                                       utils::FNF_SEGMENTED, false, QStringLiteral("-"));
-    case bson::NumberInt:
+    case bson::NumberInt: {
+        // An enum's items show by name; sorting keeps the number.
+        const std::string enumName = m_model != nullptr ? m_model->columnProperty(column).enumName : std::string();
+        if (!enumName.empty()) {
+            return QString::fromStdString(nqservice::TypeManager::instance()->getEnumItemName(
+                enumName, element.numberInt(), m_model->traderType()));
+        }
         return WG::formatIntNumber(element.numberInt(), 0, utils::FNF_NONE);
+    }
     case bson::NumberLong:
         return WG::formatLongLongNumber(element.numberLong(), 0, utils::FNF_NONE);
     case bson::Bool:

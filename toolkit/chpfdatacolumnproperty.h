@@ -25,6 +25,7 @@ public:
     bool stat = false;              // summed in the statistics row
     int decimals = 2;               // for double fields
     std::string fieldName;          // BSON name of the field; "" for a computed column
+    std::string enumName;           // the field's enum, whose items show by name; "" for none
 };
 
 }  // namespace TC

@@ -70,6 +70,7 @@ void CHpfDataModel::setColumns(const std::vector<int>& dataTypes)
             property.flags = field.getProperty(nqservice::FP_DISPLAY);
             property.secondFlags = field.getProperty(nqservice::FP_KEY);
             property.fieldName = field.name;
+            property.enumName = field.enumName;
             addColumnProperty(property);
         }
     }

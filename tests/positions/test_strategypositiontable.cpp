@@ -98,6 +98,9 @@ TEST_F(CombTableTest, LegColumnsShowBothLegsGreeksAndTimeValues)
     EXPECT_EQ(cell(key, 0), QStringLiteral("A1")) << "the account shows by its key";
     EXPECT_EQ(cell(key, 2), QStringLiteral("c1"));
     EXPECT_EQ(cell(key, 5), QStringLiteral("2"));
+    // The legs' sides show by name, as the accounts dock names them.
+    EXPECT_EQ(cell(key, model()->fieldColumn("legOneType")), QStringLiteral("权利仓"));
+    EXPECT_EQ(cell(key, model()->fieldColumn("legTwoType")), QStringLiteral("义务仓"));
 }
 
 TEST_F(CombTableTest, ALegWithoutQuoteHasNoTimeValueAndAnUnknownLegNoGreeks)

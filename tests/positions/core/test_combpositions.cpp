@@ -222,6 +222,19 @@ TEST_F(CombReleaseTest, NoCombinationNumberStopsWithItsMessage)
     EXPECT_TRUE(out.empty());
 }
 
+// The legs travel as an encoded parameter of the order, whose buffers stop at
+// 64 MiB: a leg code beyond that cannot be encoded, and the release says so
+// instead of sending an order without its legs.
+TEST_F(CombReleaseTest, LegsThatCannotBeEncodedStopWithTheirMessage)
+{
+    auto detail = combPosition(combAccount("A1"), "c1", 1);
+    detail->legTwoCode.assign(65u * 1024u * 1024u, '9');
+    EXPECT_FALSE(TC::CCombReleaseParams::fill(Details{combPosition(combAccount("A1"), "c0", 1), detail}, out,
+                                              nqservice::OT_COMB_STRATEGY_RELEASE, message, warning));
+    EXPECT_EQ(message, QStringLiteral("组合策略参数填充失败"));
+    EXPECT_EQ(out.size(), 1u) << "only the order before the failing one";
+}
+
 TEST_F(CombReleaseTest, NothingToReleaseMakesNoOrder)
 {
     auto detail = combPosition(combAccount("A1"), "c1", 2);

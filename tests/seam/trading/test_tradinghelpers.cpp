@@ -60,6 +60,9 @@ TEST(TypeManager, EnumItemNames)
     ASSERT_NE(nullptr, types);
     EXPECT_EQ("买入开仓", types->getEnumItemName("nqservice::EOperationType", 32, 1));
     EXPECT_EQ("买入", types->getEnumItemName("nqservice::EOperationType", 18, 32));
+    EXPECT_EQ("权利仓", types->getEnumItemName("nqservice::EPositionDirection", '0', 32));
+    EXPECT_EQ("义务仓", types->getEnumItemName("nqservice::EPositionDirection", '1', 32));
+    EXPECT_EQ("备兑仓", types->getEnumItemName("nqservice::EPositionDirection", '2', 32));
     EXPECT_EQ("卖出", types->getEnumItemName("nqservice::EOperationType", 19, 32));
     EXPECT_EQ("开仓", types->getEnumItemName("nqservice::EOffset_Flag_Type", 0x30, 32));
     EXPECT_EQ("平今", types->getEnumItemName("nqservice::EOffset_Flag_Type", '3', 32));
