@@ -32,6 +32,12 @@ bson::BSONElement CHpfData::field(int column) const
     return m_bson.getField(property.fieldName);
 }
 
+double CHpfData::numberField(const std::string& name) const
+{
+    const bson::BSONElement element = m_bson.getField(name);
+    return element.isNumber() ? element.numberDouble() : utils::kAbsentDouble;
+}
+
 QString CHpfData::displayText(int column) const
 {
     if (m_model != nullptr && m_model->getExtraDataModel()->exist(column)) {

@@ -27,6 +27,8 @@ public:
     const QColor* textColor(int column) const override;
     std::string keyString() const override { return m_key; }
     int getIndexFromName(const QString& name) const override;
+    // The number in the record's field of this name; absent when it is none.
+    double numberField(const std::string& name) const;
 
 private:
     bson::BSONElement field(int column) const;

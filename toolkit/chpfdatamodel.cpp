@@ -30,10 +30,14 @@ QString CHpfDataModel::getStatDispalyQString(int column) const
         return QString();
     }
     // An absent value makes the whole sum absent: a partial sum would mislead.
+    // A record's field is read by its name, found once: a sum runs at every
+    // change of the rows, over all of them.
+    const bool fromRecord = !property.fieldName.empty() && !m_extra.exist(column);
     double sum = 0.0;
     const QList<WG::IBaseHpfTableDataPtr> rows = getAllDatas();
     for (const auto& row : rows) {
-        const double value = row->doubleValue(column);
+        const auto* record = fromRecord ? dynamic_cast<const CHpfData*>(row.get()) : nullptr;
+        const double value = record != nullptr ? record->numberField(property.fieldName) : row->doubleValue(column);
         if (!utils::isUsable(value)) {
             return QStringLiteral("-");
         }

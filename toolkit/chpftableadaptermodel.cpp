@@ -74,9 +74,12 @@ bool CHpfTableAdapterModel::sync()
         m_rows = rows;
         endInsertRows();
     }
+    // Values may have changed in any old row: one ranged signal for all of
+    // them. Rows only appended leave the old ones alone, and with them a
+    // sorting proxy's look at every row.
+    const bool valuesChanged = data != m_dataRevision;
     m_dataRevision = data;
-    // Values may have changed in any old row: one ranged signal for all of them.
-    if (before > 0 && m_columns > 0) {
+    if (valuesChanged && before > 0 && m_columns > 0) {
         emit dataChanged(index(0, 0), index(before - 1, m_columns - 1));
     }
     emit sigSynced();

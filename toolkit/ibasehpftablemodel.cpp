@@ -166,8 +166,10 @@ bool IBaseHpfTableModel::addData(const IBaseHpfTableDataPtr& row)
     if (done) {
         if (size() < before || (!m_keepOrder && known)) {
             notifyStructureChanged();
-        } else {
+        } else if (known) {
             notifyChanged();
+        } else {
+            notifyAppended();
         }
     }
     return done;
@@ -255,6 +257,15 @@ void IBaseHpfTableModel::removeObserver(IHpfModelObserver* observer)
 void IBaseHpfTableModel::notifyChanged()
 {
     ++m_dataRevision;
+    for (IHpfModelObserver* observer : m_observers) {
+        observer->hpfModelChanged();
+    }
+}
+
+void IBaseHpfTableModel::notifyAppended()
+{
+    // The rows before are untouched: a table shows the new ones without
+    // asking every old row again.
     for (IHpfModelObserver* observer : m_observers) {
         observer->hpfModelChanged();
     }

@@ -91,6 +91,8 @@ public:
 
 protected:
     void notifyStructureChanged();
+    // Rows were added after the last one, and no other row changed.
+    void notifyAppended();
     mutable std::mutex m_rowsMutex;
 
 private:
