@@ -71,6 +71,27 @@ bool parseLayout(const QByteArray& bytes, DeskLayout& out)
             layout.underlyings.insert(it.key(), it.value().toString());
         }
     }
+    // Absent in layouts saved before panes were kept.
+    const QJsonValue splitters = root.value(QStringLiteral("splitters"));
+    if (!splitters.isUndefined()) {
+        if (!splitters.isObject()) {
+            return false;
+        }
+        const QJsonObject object = splitters.toObject();
+        for (auto it = object.begin(); it != object.end(); ++it) {
+            if (!it.value().isArray()) {
+                return false;
+            }
+            QList<QByteArray> states;
+            for (const QJsonValue& state : it.value().toArray()) {
+                if (!state.isString()) {
+                    return false;
+                }
+                states << QByteArray::fromBase64(state.toString().toLatin1());
+            }
+            layout.splitters.insert(it.key(), states);
+        }
+    }
     out = layout;
     return true;
 }
@@ -120,6 +141,15 @@ bool CDeskLayoutStore::save(const DeskLayout& layout, QString* error) const
         underlyings.insert(it.key(), it.value());
     }
     root.insert(QStringLiteral("underlyings"), underlyings);
+    QJsonObject splitters;
+    for (auto it = layout.splitters.begin(); it != layout.splitters.end(); ++it) {
+        QJsonArray states;
+        for (const QByteArray& state : it.value()) {
+            states.append(QString::fromLatin1(state.toBase64()));
+        }
+        splitters.insert(it.key(), states);
+    }
+    root.insert(QStringLiteral("splitters"), splitters);
 
     return writeJson(filePath(), root, error);
 }

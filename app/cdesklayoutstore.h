@@ -18,6 +18,7 @@ struct DeskLayout {
     QStringList panels;                 // panel names, in docking order
     QMap<QString, QString> panelParams; // panel name -> param()
     QMap<QString, QString> underlyings; // panel name -> stock key of its chosen underlying
+    QMap<QString, QList<QByteArray>> splitters; // panel name -> QSplitter::saveState of each of its splitters
 };
 
 class CDeskLayoutStore {

@@ -30,6 +30,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
+#include <QSplitter>
 #include <QStatusBar>
 
 namespace desk {
@@ -309,6 +310,15 @@ void CDeskWindow::restore(const QString& themeOverride)
     if (!layout.dockState.isEmpty() && !restoreState(layout.dockState)) {
         notify(QStringLiteral("保存的停靠布局无法恢复, 使用默认布局"));
     }
+    // A panel's splitters come in the order it made them; a state that no longer fits its splitter is refused
+    // by it and the default stays.
+    for (const Docked& docked : m_panels) {
+        const QList<QByteArray> states = layout.splitters.value(docked.name);
+        const QList<QSplitter*> splitters = docked.panel->findChildren<QSplitter*>();
+        for (int i = 0; i < states.size() && i < splitters.size(); ++i) {
+            splitters.at(i)->restoreState(states.at(i));
+        }
+    }
     // A layout saved before the trading docks existed leaves them where Qt puts
     // strangers; they go back to their default place, tabbed at the bottom.
     if (!layout.dockState.isEmpty() && !stateNamesDock(layout.dockState, m_accountsDock->objectName())) {
@@ -429,6 +439,14 @@ bool CDeskWindow::saveLayout(QString* error)
     for (const Docked& docked : m_panels) {
         layout.panels << docked.name;
         layout.panelParams.insert(docked.name, docked.panel->param());
+        // Where the trader dragged a panel's dividers: the chain's Greeks pane, the workbench's chart.
+        QList<QByteArray> states;
+        for (const QSplitter* splitter : docked.panel->findChildren<QSplitter*>()) {
+            states << splitter->saveState();
+        }
+        if (!states.isEmpty()) {
+            layout.splitters.insert(docked.name, states);
+        }
         if (QComboBox* selector = underlyingSelector(docked.panel)) {
             const QString key = selector->currentData(Qt::UserRole).toString();
             if (!key.isEmpty()) {

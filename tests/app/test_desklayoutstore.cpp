@@ -18,6 +18,9 @@ desk::DeskLayout sampleLayout()
     layout.panels = QStringList{QStringLiteral("pricet"), QStringLiteral("ops")};
     layout.panelParams.insert(QStringLiteral("pricet"), QStringLiteral("510050.SH|20261223||a;b"));
     layout.panelParams.insert(QStringLiteral("ops"), QString());
+    layout.underlyings.insert(QStringLiteral("pricet"), QStringLiteral("510300.SH"));
+    layout.splitters.insert(QStringLiteral("pricet"), {QByteArray("\x00\xff\x01split", 8)});
+    layout.splitters.insert(QStringLiteral("ops"), {QByteArray("a"), QByteArray("b\x00", 2)});
     return layout;
 }
 
@@ -39,6 +42,8 @@ TEST(DeskLayoutStore, RoundTrip)
     EXPECT_EQ(loaded.theme, expected.theme);
     EXPECT_EQ(loaded.panels, expected.panels);
     EXPECT_EQ(loaded.panelParams, expected.panelParams);
+    EXPECT_EQ(loaded.underlyings, expected.underlyings);
+    EXPECT_EQ(loaded.splitters, expected.splitters);
     // Atomic writes leave no temporary files behind.
     EXPECT_EQ(filesIn(dir.path()), QStringList{QStringLiteral("layout.json")});
 }
@@ -74,7 +79,10 @@ INSTANTIATE_TEST_SUITE_P(Cases, DamagedLayout,
                          testing::Values("", "{", "not json at all", "[1,2,3]", "{\"version\": 99}",
                                          "{\"version\":1,\"panels\":\"pricet\",\"params\":{}}",
                                          "{\"version\":1,\"panels\":[1],\"params\":{}}",
-                                         "{\"version\":1,\"panels\":[],\"params\":{\"a\":3}}"));
+                                         "{\"version\":1,\"panels\":[],\"params\":{\"a\":3}}",
+                                         "{\"version\":1,\"panels\":[],\"params\":{},\"splitters\":3}",
+                                         "{\"version\":1,\"panels\":[],\"params\":{},\"splitters\":{\"a\":[1]}}",
+                                         "{\"version\":1,\"panels\":[],\"params\":{},\"splitters\":{\"a\":\"x\"}}"));
 
 TEST(DeskLayoutStore, WritableDirIsCreatedAndProved)
 {

@@ -31,6 +31,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QPainter>
+#include <QSplitter>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -74,6 +75,42 @@ TEST_F(DeskOnMarket, TheBoardStartsOn50ETFAndKeepsTheTradersChoice)
     QComboBox* selector = selectorOf(again);
     ASSERT_NE(selector, nullptr);
     EXPECT_EQ(selector->currentData(Qt::UserRole).toString(), QStringLiteral("510300.SH"));
+}
+
+// The chain's Greeks pane starts at 400 px; where the trader drags its divider
+// is where it stays after a restart.
+TEST_F(DeskOnMarket, TheBoardsDividerStaysWhereTheTraderLeftIt)
+{
+    const auto greeksHeight = [](desk::CDeskWindow& window) {
+        auto* board = dynamic_cast<TC::COptionPriceTPanel*>(window.panel(QStringLiteral("pricet")));
+        auto* greeks = board != nullptr ? board->findChild<TC::COptionPriceTGreeksTable*>() : nullptr;
+        auto* splitter = board != nullptr ? board->findChild<QSplitter*>() : nullptr;
+        if (greeks == nullptr || splitter == nullptr || splitter->indexOf(greeks) < 0) {
+            return -1;
+        }
+        return splitter->sizes().at(splitter->indexOf(greeks));
+    };
+    {
+        desk::CDeskWindow window(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+        window.restore();
+        window.resize(1440, 900);
+        window.show();
+        ASSERT_TRUE(testsupport::waitUntil([&] { return greeksHeight(window) == 400; }, 2000))
+            << greeksHeight(window);
+        auto* splitter = window.panel(QStringLiteral("pricet"))->findChild<QSplitter*>();
+        const QList<int> sizes = splitter->sizes();
+        const int greeks = splitter->indexOf(window.panel(QStringLiteral("pricet"))->findChild<TC::COptionPriceTGreeksTable*>());
+        QList<int> dragged = sizes;
+        dragged[greeks] = 150;
+        dragged[1 - greeks] = sizes.at(0) + sizes.at(1) - 150;
+        splitter->setSizes(dragged);
+        ASSERT_EQ(greeksHeight(window), 150);
+        ASSERT_TRUE(window.saveLayout());
+    }
+    desk::CDeskWindow again(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+    again.restore();
+    again.show();
+    EXPECT_TRUE(testsupport::waitUntil([&] { return greeksHeight(again) == 150; }, 2000)) << greeksHeight(again);
 }
 
 TEST_F(DeskOnMarket, ScreenshotShowsALivingBoardInBothThemes)
