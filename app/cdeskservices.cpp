@@ -13,6 +13,7 @@
 #include "seam/logger.h"
 #include "seam/trading.h"
 #include "seam/user.h"
+#include "services/market/cmarkethistory.h"
 #include "services/market/csessionclock.h"
 #include "services/market/csimclock.h"
 #include "services/market/csimexchangeclient.h"
@@ -293,6 +294,17 @@ void CDeskServices::startBroker(const DeskServicesConfig& config, TC::CUserConfi
             brokerConfig.accounts.push_back(terms);
         }
     }
+    // A close the desk was not running for settles at that day's prices, which
+    // the market's history knows.
+    brokerConfig.settlements = [seed = m_seed](int tradingDay) {
+        const market::CMarketDay day =
+            market::CMarketHistory(seed).day(QDate(tradingDay / 10000, tradingDay / 100 % 100, tradingDay % 100));
+        std::map<std::string, double> prices;
+        for (auto it = day.settlements.begin(); it != day.settlements.end(); ++it) {
+            prices[it.key().toStdString()] = it.value();
+        }
+        return prices;
+    };
     m_broker = std::make_unique<trading::CPaperBroker>(brokerConfig);
     m_broker->setRefusalHandler([](const std::string&, const std::string& text) {
         // Called on the broker's thread: the message service hops to the GUI thread itself.

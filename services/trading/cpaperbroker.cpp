@@ -63,6 +63,7 @@ bool CPaperBroker::start(QString* report)
 {
     m_core = std::make_unique<CPaperBrokerCore>(
         [this](const std::string& key) { return instrument(key); });
+    m_core->setSettlementSource(m_config.settlements);
     m_ledger = std::make_unique<CPaperLedger>(m_config.ledgerPath);
     if (!m_ledger->open(report)) {
         NQ_LOG_ERROR("paper ledger: " + (report != nullptr ? report->toStdString() : std::string()));

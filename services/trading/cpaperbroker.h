@@ -43,6 +43,8 @@ struct PaperBrokerConfig {
     TC::CQuoteClient* quotes = nullptr;       // the book; null: quotes come through feedQuote()
     TC::CTimeService* clock = nullptr;        // the broker's time; null: only step(ms) moves it
     int clockStepMs = 200;
+    // The settlements of closes the broker did not see; null: the books' last prices.
+    CPaperBrokerCore::SettlementSource settlements;
 };
 
 class CPaperBroker {

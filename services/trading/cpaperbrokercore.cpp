@@ -1151,10 +1151,25 @@ void CPaperBrokerCore::beginDay(int tradingDay, PaperResult& out)
         return;
     }
     if (previous > m_settledDay && previous < tradingDay) {
-        // A close the desk did not see: settled with the books' last prices.
-        PaperSettlement missed;
-        missed.tradingDay = previous;
-        settleDay(missed, out);
+        // Closes the desk did not see: the last day it traded, and every trading
+        // day after it, each at its own settlement, so that marks and expiries
+        // fall on their days. Without a source, the books' last prices settle
+        // the last day.
+        int day = previous;
+        while (day < tradingDay) {
+            PaperSettlement missed;
+            missed.tradingDay = day;
+            if (m_settlementSource) {
+                missed.prices = m_settlementSource(day);
+            }
+            settleDay(missed, out);
+            if (!m_settlementSource) {
+                break;
+            }
+            const QDate next = market::CSessionClock::nextTradingDay(
+                QDate(day / 10000, day / 100 % 100, day % 100));
+            day = next.year() * 10000 + next.month() * 100 + next.day();
+        }
     }
     endOfDay(out);
     settleTasks(out);

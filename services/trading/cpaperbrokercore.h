@@ -56,6 +56,8 @@ struct PaperResult {
 class CPaperBrokerCore {
 public:
     using InstrumentLookup = std::function<std::shared_ptr<nqservice::CInstrumentDetail>(const std::string& key)>;
+    // The settlement prices of a past trading day (yyyymmdd), by instrument key.
+    using SettlementSource = std::function<std::map<std::string, double>(int tradingDay)>;
 
     explicit CPaperBrokerCore(InstrumentLookup instruments);
     ~CPaperBrokerCore();
@@ -70,6 +72,9 @@ public:
     // The kill switch: while halted every new command is refused.
     void setHalted(bool halted) { m_halted = halted; }
     bool halted() const { return m_halted; }
+    // Where the closes the desk did not see get their prices; without it they
+    // settle at the books' last prices.
+    void setSettlementSource(SettlementSource source) { m_settlementSource = std::move(source); }
 
     // Checks the whole command, then accepts every order of it or none. A
     // command of combination orders (1090 forms, 1091 releases) is checked by
@@ -226,6 +231,7 @@ private:
     long long m_combSeq = 0;
     long long m_recordSeq = 0;
     int m_settledDay = 0;
+    SettlementSource m_settlementSource;
     bool m_autoExercise = true;
     std::vector<std::unique_ptr<Delivery>> m_deliveries;  // cash and shares still to arrive or to free
     std::map<int, std::unique_ptr<Task>> m_tasks;  // by task number

@@ -6,7 +6,9 @@
 #include "seam/common.h"
 #include "seam/trading.h"
 #include "seam/user.h"
+#include "services/market/cmarkethistory.h"
 #include "services/trading/cpaperbroker.h"
+#include "services/trading/cpapersettlementrecord.h"
 #include "e2e/desk/deskfixture.h"
 #include "e2e/desk/paperdesk.h"
 #include "support/testsupport.h"
@@ -79,6 +81,49 @@ TEST(PaperDesk, AnOrderFillsShowsAndSurvivesARestart)
         EXPECT_DOUBLE_EQ(pos->avgPrice, avgPrice);
         EXPECT_NEAR(accountData("SO001")->getAccountDetail()->availableFunds, available, 1e-6);
     }
+}
+
+// The desk was closed before Monday's close and started again on Tuesday: the
+// close it missed settles at Monday's settlement prices of the market's history.
+TEST(PaperDesk, ACloseMissedWhileClosedSettlesAtThatDaysSettlement)
+{
+    QTemporaryDir dir;
+    std::string code;
+    std::string stockKey;
+    {
+        auto services = startDesk(dir.path());
+        const auto call = atTheMoneyCall();
+        ASSERT_TRUE(call);
+        code = call->code;
+        stockKey = utils::vqStockKey(call->market, call->code);
+        std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>> params = {
+            opponentOrder("SO001", *call, nqservice::OT_BUY_OPEN, 2)};
+        ASSERT_TRUE(utils::CManualSingletonT<TC::COvCommandCenter>::instance()->createCommand(
+            nqservice::VQ_TRADER_TYPE_STOCK_OPTION, nqservice::VQ_HEDGE_TYPE_NONE, params, {{"SO001", 1.0}},
+            nqservice::VQ_STOP_LOSS_NONE, false, true, TC::COvCommandCenter::CommandCallback(), bson::BSONObj(), ""));
+        ASSERT_TRUE(testsupport::waitUntil(
+            [&] {
+                const auto pos = positionOf("SO001", code, '0');
+                return pos && pos->position == 2;
+            },
+            10000));
+    }
+    const double settlement =
+        market::CMarketHistory(deskfixture::config(dir.path()).seed).day(QDate(2026, 11, 23)).settlements.value(
+            QString::fromStdString(stockKey), -1.0);
+    ASSERT_GT(settlement, 0.0);
+    desk::DeskServicesConfig tuesday = deskfixture::config(dir.path());
+    tuesday.marketStart = QDateTime(QDate(2026, 11, 24), QTime(10, 0));
+    desk::CDeskServices services(tuesday);
+    const auto pos = positionOf("SO001", code, '0');
+    ASSERT_TRUE(pos);
+    EXPECT_EQ(pos->position, 2);
+    EXPECT_NEAR(pos->avgPrice, settlement, 1e-9) << "marked at Monday's settlement";
+    bool marked = false;
+    for (const auto& record : rows<trading::CPaperSettlementRecord>("SO001", trading::kPaperSettlementDataType)) {
+        marked = marked || (record->kind == "结算" && record->tradingDay == 20261123);
+    }
+    EXPECT_TRUE(marked) << "Monday's settlement is a row of the 交割 tab";
 }
 
 TEST(PaperDesk, TheKillSwitchRefusesNewCommands)

@@ -248,4 +248,36 @@ TEST_F(PaperSettlementTest, ACloseMissedWhileAwayIsSettledWhenTheNextDayStarts)
     EXPECT_EQ(records("结算").front()->tradingDay, 20261123);
 }
 
+// Away from Monday's session until Thursday, over Wednesday's expiry: each day
+// the desk missed settles at its own prices, and the expiry falls on its day
+// at the underlying's settlement of that day.
+TEST_F(PaperSettlementTest, ClosesMissedOverSeveralDaysSettleEachDayAtItsOwnPrices)
+{
+    std::vector<int> asked;
+    core.setSettlementSource([&asked](int day) {
+        asked.push_back(day);
+        // The underlying ends Wednesday at 3.2: the 3.0 call is in the money at its expiry.
+        const double etf = day == kExpiry ? 3.2 : 3.05;
+        const double call = day == 20261123 ? 0.0710 : (day == 20261124 ? 0.0820 : 0.2);
+        return std::map<std::string, double>{{kEtf, etf}, {kCall, call}, {kCall31, 0.0300}};
+    });
+    hold(kCall, kLong, 2);
+    morning(kMonday.addDays(3));  // Thursday
+    EXPECT_EQ(asked, (std::vector<int>{20261123, 20261124, 20261125}));
+    EXPECT_EQ(core.settledDay(), kExpiry);
+    const auto marks = records("结算");
+    ASSERT_EQ(marks.size(), 3u);
+    EXPECT_EQ(marks.at(0)->tradingDay, 20261123);
+    EXPECT_EQ(marks.at(1)->tradingDay, 20261124);
+    EXPECT_EQ(marks.at(2)->tradingDay, kExpiry);
+    // Tuesday's mark runs from Monday's settlement to Tuesday's (the ETF holdings
+    // settle at 3.05 both days and add nothing).
+    EXPECT_NEAR(marks.at(1)->amount, (0.0820 - 0.0710) * 10000 * 2, 0.01);
+    const auto exercised = records("行权");
+    ASSERT_EQ(exercised.size(), 1u);
+    EXPECT_EQ(exercised.front()->tradingDay, kExpiry);
+    EXPECT_EQ(exercised.front()->volume, 2);
+    EXPECT_FALSE(positionOf(kCall, kLong));
+}
+
 }  // namespace
