@@ -1658,6 +1658,16 @@ long long CPaperBrokerCore::lockedVolume(const std::string& accountKey, const st
 double CPaperBrokerCore::combinationMargin(const std::string& strategyCode, const nqservice::CInstrumentDetail& one,
                                            const nqservice::CInstrumentDetail& two) const
 {
+    auto settle = [](const nqservice::CInstrumentDetail& option) {
+        return utils::isUsable(option.preSettlementPrice) ? option.preSettlementPrice : option.preClosePrice;
+    };
+    return combinationMarginAt(strategyCode, one, settle(one), two, settle(two), underlyingPrice(one));
+}
+
+double CPaperBrokerCore::combinationMarginAt(const std::string& strategyCode, const nqservice::CInstrumentDetail& one,
+                                             double settleOne, const nqservice::CInstrumentDetail& two,
+                                             double settleTwo, double underlying) const
+{
     const StrategyTerms* terms = strategyTerms(strategyCode);
     if (terms == nullptr) {
         return utils::kAbsentDouble;
@@ -1669,18 +1679,25 @@ double CPaperBrokerCore::combinationMargin(const std::string& strategyCode, cons
         const bool credit = (terms->calls && !terms->lowLong) || (!terms->calls && terms->lowLong);
         margin = credit ? std::fabs(two.exercisePrice - one.exercisePrice) * unit : 0.0;
     } else {
-        // The larger leg's margin and the other leg's previous settlement.
-        auto settle = [](const nqservice::CInstrumentDetail& option) {
-            return utils::isUsable(option.preSettlementPrice) ? option.preSettlementPrice : option.preClosePrice;
-        };
-        const double a = CExchangeRules::shortOptionMargin(one, settle(one), underlyingPrice(one));
-        const double b = CExchangeRules::shortOptionMargin(two, settle(two), underlyingPrice(two));
+        // The larger leg's margin and the other leg's settlement.
+        const double a = CExchangeRules::shortOptionMargin(one, settleOne, underlying);
+        const double b = CExchangeRules::shortOptionMargin(two, settleTwo, underlying);
         if (!utils::isUsable(a) || !utils::isUsable(b)) {
             return utils::kAbsentDouble;
         }
-        margin = a >= b ? a + settle(two) * unit : b + settle(one) * unit;
+        margin = a >= b ? a + settleTwo * unit : b + settleOne * unit;
     }
     return round2(margin * (1.0 + CExchangeRules::kBrokerMarginMarkup));
+}
+
+double CPaperBrokerCore::heldCombinationMargin(const std::string& accountKey, const std::string& combId) const
+{
+    const Account* account = findAccount(accountKey);
+    if (account == nullptr) {
+        return utils::kAbsentDouble;
+    }
+    auto found = account->combinations.find(combId);
+    return found == account->combinations.end() ? utils::kAbsentDouble : found->second->margin;
 }
 
 std::string CPaperBrokerCore::checkLegs(const std::string& strategyCode,
@@ -2347,10 +2364,43 @@ void CPaperBrokerCore::settleDay(const PaperSettlement& day, PaperResult& out)
             }
             account.touched.push_back(pos);
         }
+        remarginCombinations(account, day, out);
         account.fundsTouched = true;
         record(account, day.tradingDay, "结算", nullptr, 0, 0.0, result, 0,
                fmt::format("按结算价盯市, 浮动盈亏 {0:.2f} 元转入当日盈亏, 保证金按结算价重算", result), out);
         revalue(account, out, false);
+    }
+}
+
+void CPaperBrokerCore::remarginCombinations(Account& account, const PaperSettlement& day, PaperResult& out)
+{
+    // Spreads come out as they were (strikes fix them); KS and KKS follow the day's prices.
+    for (auto& entry : account.combinations) {
+        Combination& comb = *entry.second;
+        const auto& rec = *comb.record;
+        const auto one = m_instruments(utils::vqStockKey(rec.market, rec.legOneCode));
+        const auto two = m_instruments(utils::vqStockKey(rec.market, rec.legTwoCode));
+        if (!one || !two || rec.volume <= 0) {
+            continue;
+        }
+        auto settle = [&](const nqservice::CInstrumentDetail& option) {
+            const double previous =
+                utils::isUsable(option.preSettlementPrice) ? option.preSettlementPrice : option.preClosePrice;
+            return settlementOf(day, option.key(), previous);
+        };
+        const double underlying = settlementOf(day, one->underlyingKey(), underlyingPrice(*one));
+        const double per = combinationMarginAt(rec.strategyCode, *one, settle(*one), *two, settle(*two), underlying);
+        if (!utils::isUsable(per)) {
+            continue;
+        }
+        const double margin = round2(per * static_cast<double>(rec.volume));
+        if (std::fabs(margin - comb.margin) <= kTolerance) {
+            continue;
+        }
+        account.margin = std::max(0.0, account.margin + margin - comb.margin);
+        comb.margin = margin;
+        account.fundsTouched = true;
+        emitCombination(account, comb, out);
     }
 }
 

@@ -101,7 +101,8 @@ public:
     // are exercised, assigned or lapse (cash and ETF delivered the next trading
     // day, the ETF sellable the day after), positions are marked at the
     // settlement price with their floating profit realised into the day's result,
-    // and margin is recomputed. Each step is a record of kPaperSettlementDataType.
+    // and the margin of shorts and of KS/KKS combinations is recomputed from the
+    // settlement. Each step is a record of kPaperSettlementDataType.
     // A day already settled is refused; a new trading day settles a day missed
     // with the books' last prices.
     PaperResult settle(const PaperSettlement& day);
@@ -134,6 +135,12 @@ public:
     // absent when the legs do not make that strategy.
     double combinationMargin(const std::string& strategyCode, const nqservice::CInstrumentDetail& legOne,
                              const nqservice::CInstrumentDetail& legTwo) const;
+    // The same at given settlement prices of the legs and of their underlying, as the close uses.
+    double combinationMarginAt(const std::string& strategyCode, const nqservice::CInstrumentDetail& legOne,
+                               double settleOne, const nqservice::CInstrumentDetail& legTwo, double settleTwo,
+                               double underlying) const;
+    // What a held combination takes now, its whole volume; absent when the account holds no such number.
+    double heldCombinationMargin(const std::string& accountKey, const std::string& combId) const;
 
     // --- restoring from the ledger --------------------------------------------
     // Feeds one stored record back (in the order they were committed); call
@@ -191,6 +198,8 @@ private:
     void emitCombination(const Account& account, const Combination& comb, PaperResult& out) const;
     long long locked(const Account& account, const std::string& positionKey) const;
     void settleDay(const PaperSettlement& day, PaperResult& out);
+    // The margin of the combinations held through the close, from the day's settlement prices.
+    void remarginCombinations(Account& account, const PaperSettlement& day, PaperResult& out);
     void expire(Account& account, const std::string& positionKey, const PaperSettlement& day, PaperResult& out);
     // A record of the close; pending deliveries carry what restores them.
     void record(Account& account, int tradingDay, const std::string& kind, const nqservice::CInstrumentDetail* detail,

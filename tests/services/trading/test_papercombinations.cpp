@@ -355,6 +355,88 @@ TEST_F(PaperCombinations, APartialReleaseKeepsTheRestLocked)
     EXPECT_NEAR(margin(), together * 3 / 4 + legMargin(kCall) + legMargin(kPut), 0.05);
 }
 
+// The exchange's KS margin of one combination of kCall31/kPut31 at the given
+// settlements, with the broker's markup, worked out from the leg rule alone.
+double straddleMargin(const Market& market, double settleCall, double settlePut, double underlying)
+{
+    const double unit = 10000.0;
+    const double a = trading::CExchangeRules::shortOptionMargin(*market.find(kCall31), settleCall, underlying);
+    const double b = trading::CExchangeRules::shortOptionMargin(*market.find(kPut31), settlePut, underlying);
+    const double exchange = a >= b ? a + settlePut * unit : b + settleCall * unit;
+    return std::round(exchange * (1.0 + trading::CExchangeRules::kBrokerMarginMarkup) * 100.0) / 100.0;
+}
+
+TEST_F(PaperCombinations, TheCloseRecomputesTheStraddleMarginAndLeavesSpreadsAlone)
+{
+    const std::string accountKey = so.info->getKey();
+    const double markup = 1.0 + trading::CExchangeRules::kBrokerMarginMarkup;
+    hold(kCall, kLong, 1);
+    hold(kCall31, kShort, 3);
+    hold(kPut, kLong, 1);
+    hold(kPut31, kShort, 3);
+    for (const Case& c :
+         {Case{"KS", "", kCall31, kShort, kPut31, kShort}, Case{"CNSJC", "", kCall, kLong, kCall31, kShort},
+          Case{"PNSJC", "", kPut, kLong, kPut31, kShort}}) {
+        const PaperResult formed =
+            core.submit(command({combination(so, nqservice::OT_COMB_STRATEGY_BUILD, c.strategy, c.one, c.two,
+                                             std::string(c.strategy) == "KS" ? 2 : 1)}));
+        ASSERT_TRUE(formed.accepted()) << c.strategy << " " << formed.refusal;
+    }
+    std::map<std::string, std::string> ids;  // strategy -> combination number
+    for (const auto& record : combinations()) {
+        ids[record->strategyCode] = record->combId;
+    }
+    ASSERT_EQ(ids.size(), 3u);
+    const double credit = std::round((3.1 - 3.0) * 10000.0 * markup * 100.0) / 100.0;
+    // Formed at the previous settlement (0.06 and 0.12) and the ETF's previous close.
+    const double straddleBefore = 2 * straddleMargin(market, 0.0600, 0.1200, 3.0);
+    EXPECT_NEAR(core.heldCombinationMargin(accountKey, ids["KS"]), straddleBefore, 0.01);
+    EXPECT_NEAR(core.heldCombinationMargin(accountKey, ids["CNSJC"]), 0.0, 1e-9);
+    EXPECT_NEAR(core.heldCombinationMargin(accountKey, ids["PNSJC"]), credit, 0.01);
+    const auto before = core.funds(accountKey);
+
+    trading::PaperSettlement day;
+    day.tradingDay = 20261124;
+    day.prices = {{kCall31, 0.0800}, {kPut31, 0.1500}, {kEtf, 3.05}};
+    core.onClock(at(15, 1));
+    const PaperResult settled = core.settle(day);
+    ASSERT_TRUE(settled.accepted()) << settled.refusal;
+
+    const double straddleAfter = 2 * straddleMargin(market, 0.0800, 0.1500, 3.05);
+    ASSERT_GT(std::fabs(straddleAfter - straddleBefore), 1.0);
+    EXPECT_NEAR(core.heldCombinationMargin(accountKey, ids["KS"]), straddleAfter, 0.01);
+    EXPECT_NEAR(core.heldCombinationMargin(accountKey, ids["CNSJC"]), 0.0, 1e-9);
+    EXPECT_NEAR(core.heldCombinationMargin(accountKey, ids["PNSJC"]), credit, 0.01);
+    // Every short contract is in a combination, so the account moves by the straddle's difference only.
+    const auto after = core.funds(accountKey);
+    EXPECT_NEAR(after->margin - before->margin, straddleAfter - straddleBefore, 0.02);
+    EXPECT_NEAR(after->margin, straddleAfter + credit, 0.02);
+    EXPECT_NEAR(after->availableFunds + after->frozenFunds + after->margin,
+                before->availableFunds + before->frozenFunds + before->margin, 0.02);
+    // Only the straddle's record is published again, with its new margin for the ledger.
+    std::vector<std::string> republished;
+    for (const auto& change : settled.changes) {
+        if (change.dataType == nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION) {
+            const auto record = boost::dynamic_pointer_cast<nqservice::CStkOptCombPositionDetail>(change.record);
+            republished.push_back(record->combId);
+            EXPECT_FALSE(change.removed);
+            EXPECT_EQ(record->volume, 2);
+            EXPECT_NEAR(change.extra.getField("margin").numberDouble(), straddleAfter, 0.01);
+        }
+    }
+    EXPECT_EQ(republished, std::vector<std::string>{ids["KS"]});
+
+    // Releasing the straddle the next morning takes off the new margin, not the one it was formed with.
+    core.onClock(at(10, 0, 0, QDate(2026, 11, 25)));
+    for (const auto& record : combinations()) {
+        if (record->combId == ids["KS"]) {
+            ASSERT_TRUE(core.submit(command({releaseOf(*record, 2)})).accepted());
+        }
+    }
+    EXPECT_TRUE(utils::isAbsent(core.heldCombinationMargin(accountKey, ids["KS"])));
+    EXPECT_NEAR(core.funds(accountKey)->margin, credit + 2 * legMargin(kCall31) + 2 * legMargin(kPut31), 0.05);
+}
+
 // --- through the broker: publication, ledger, restart, refresh ------------------
 
 class PaperCombinationBroker : public ::testing::Test {
@@ -453,6 +535,57 @@ TEST_F(PaperCombinationBroker, RecordsArePublishedKeptAndReloaded)
     const auto again = table(*broker, nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION);
     ASSERT_EQ(again.size(), 1u);
     EXPECT_NE(boost::dynamic_pointer_cast<nqservice::CStkOptCombPositionDetail>(again.front())->combId, record->combId);
+}
+
+TEST_F(PaperCombinationBroker, TheStraddleMarginOfTheCloseIsKeptThroughARestart)
+{
+    double marginSettled = 0.0;
+    std::string combId;
+    {
+        auto broker = makeBroker();
+        broker->feedQuote(quote(kPut31, 0.0500, 0.0502, 100));
+        broker->flush();
+        for (const std::string& leg : {kCall31, kPut31}) {
+            broker->submit(command({order(so, leg, nqservice::OT_SELL_OPEN, nqservice::PT_FIX, 0.0500, 2)}));
+        }
+        std::string refusal = "not answered";
+        auto answer = [&](const std::string&, const std::string& why) { refusal = why; };
+        broker->submit(command({combination(so, nqservice::OT_COMB_STRATEGY_BUILD, "KS", kCall31, kPut31, 2)}), answer);
+        broker->flush();
+        ASSERT_EQ(refusal, "");
+        const double formed = broker->accountDetail(so.info->getKey())->margin;
+        const auto rows = table(*broker, nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION);
+        ASSERT_EQ(rows.size(), 1u);
+        combId = boost::dynamic_pointer_cast<nqservice::CStkOptCombPositionDetail>(rows.front())->combId;
+
+        broker->step(at(15, 1));
+        trading::PaperSettlement day;
+        day.tradingDay = 20261124;
+        day.prices = {{kCall31, 0.0800}, {kPut31, 0.1500}, {kEtf, 3.05}};
+        refusal = "not answered";
+        broker->settle(day, answer);
+        broker->flush();
+        ASSERT_EQ(refusal, "");
+        marginSettled = broker->accountDetail(so.info->getKey())->margin;
+        // All four shorts are in the straddle: the account's margin is the straddle's at the new prices.
+        EXPECT_NEAR(marginSettled, 2 * straddleMargin(market, 0.0800, 0.1500, 3.05), 0.02);
+        EXPECT_GT(marginSettled - formed, 1.0);
+    }
+    auto broker = makeBroker();
+    EXPECT_DOUBLE_EQ(broker->accountDetail(so.info->getKey())->margin, marginSettled);
+    broker->step(at(10, 0, 0, QDate(2026, 11, 25)));
+    // The reopened ledger holds the straddle at its new margin: releasing it takes that off exactly,
+    // and the legs take theirs back.
+    std::string refusal = "not answered";
+    broker->submit(command({combination(so, nqservice::OT_COMB_STRATEGY_RELEASE, "KS", kCall31, kPut31, 2, combId)}),
+                   [&](const std::string&, const std::string& why) { refusal = why; });
+    broker->flush();
+    ASSERT_EQ(refusal, "");
+    EXPECT_TRUE(table(*broker, nqservice::VQ_DATA_TYPE_STK_OPT_COMB_POSITION).empty());
+    trading::CPaperBrokerCore core(market.lookup());
+    const double legs =
+        2 * core.marginPerContract(*market.find(kCall31)) + 2 * core.marginPerContract(*market.find(kPut31));
+    EXPECT_NEAR(broker->accountDetail(so.info->getKey())->margin, legs, 0.05);
 }
 
 }  // namespace
