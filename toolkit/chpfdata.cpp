@@ -25,11 +25,12 @@ bson::BSONElement CHpfData::field(int column) const
     if (m_model == nullptr) {
         return bson::BSONElement();
     }
-    const CHpfDataColumnProperty property = m_model->columnProperty(column);
-    if (property.fieldName.empty()) {
-        return bson::BSONElement();
-    }
-    return m_bson.getField(property.fieldName);
+    return field(m_model->columnProperty(column));
+}
+
+bson::BSONElement CHpfData::field(const CHpfDataColumnProperty& property) const
+{
+    return property.fieldName.empty() ? bson::BSONElement() : m_bson.getField(property.fieldName);
 }
 
 double CHpfData::numberField(const std::string& name) const
@@ -47,7 +48,12 @@ QString CHpfData::displayText(int column) const
         }
         return value.toString();
     }
-    const bson::BSONElement element = field(column);
+    if (m_model == nullptr) {
+        return QString();
+    }
+    // Asked once: a paint asks every shown cell.
+    const CHpfDataColumnProperty property = m_model->columnProperty(column);
+    const bson::BSONElement element = field(property);
     if (element.eoo()) {
         return QString();
     }
@@ -55,17 +61,15 @@ QString CHpfData::displayText(int column) const
     case bson::String:
         return QString::fromStdString(element.str());
     case bson::NumberDouble:
-        return WG::formatDoubleNumber(element.numberDouble(), m_model->columnProperty(column).decimals,
-                                      utils::FNF_SEGMENTED, false, QStringLiteral("-"));
-    case bson::NumberInt: {
+        return WG::formatDoubleNumber(element.numberDouble(), property.decimals, utils::FNF_SEGMENTED, false,
+                                      QStringLiteral("-"));
+    case bson::NumberInt:
         // An enum's items show by name; sorting keeps the number.
-        const std::string enumName = m_model != nullptr ? m_model->columnProperty(column).enumName : std::string();
-        if (!enumName.empty()) {
+        if (!property.enumName.empty()) {
             return QString::fromStdString(nqservice::TypeManager::instance()->getEnumItemName(
-                enumName, element.numberInt(), m_model->traderType()));
+                property.enumName, element.numberInt(), m_model->traderType()));
         }
         return WG::formatIntNumber(element.numberInt(), 0, utils::FNF_NONE);
-    }
     case bson::NumberLong:
         return WG::formatLongLongNumber(element.numberLong(), 0, utils::FNF_NONE);
     case bson::Bool:

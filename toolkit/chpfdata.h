@@ -9,6 +9,7 @@
 
 namespace TC {
 
+class CHpfDataColumnProperty;
 class CHpfDataModel;
 
 class CHpfData : public WG::IBaseHpfTableData {
@@ -32,6 +33,7 @@ public:
 
 private:
     bson::BSONElement field(int column) const;
+    bson::BSONElement field(const CHpfDataColumnProperty& property) const;
 
     nqservice::IDataPtr m_data;
     const CHpfDataModel* m_model;

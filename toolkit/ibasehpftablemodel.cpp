@@ -257,15 +257,13 @@ void IBaseHpfTableModel::removeObserver(IHpfModelObserver* observer)
 void IBaseHpfTableModel::notifyChanged()
 {
     ++m_dataRevision;
-    for (IHpfModelObserver* observer : m_observers) {
-        observer->hpfModelChanged();
-    }
+    notifyAppended();
 }
 
 void IBaseHpfTableModel::notifyAppended()
 {
-    // The rows before are untouched: a table shows the new ones without
-    // asking every old row again.
+    // Without a new data revision: a table shows the new rows without asking
+    // every old row again.
     for (IHpfModelObserver* observer : m_observers) {
         observer->hpfModelChanged();
     }

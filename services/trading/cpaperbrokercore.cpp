@@ -1166,9 +1166,7 @@ void CPaperBrokerCore::beginDay(int tradingDay, PaperResult& out)
             if (!m_settlementSource) {
                 break;
             }
-            const QDate next = market::CSessionClock::nextTradingDay(
-                QDate(day / 10000, day / 100 % 100, day % 100));
-            day = next.year() * 10000 + next.month() * 100 + next.day();
+            day = toInt(market::CSessionClock::nextTradingDay(toDate(day)));
         }
     }
     endOfDay(out);

@@ -222,19 +222,7 @@ TEST_F(AccountsDockOnPaper, ACombinationIsFormedByTheBuildDialogAndReleasedByIts
     dock()->tabs()->setCurrentIndex(desk::CAccountsDock::TAB_COMBINATIONS);
     EXPECT_EQ(dock()->buildButton()->text(), QStringLiteral("构建组合"));
     std::unique_ptr<desk::CCombinationBuildDialog> dialog(dock()->makeBuildDialog());
-    auto pick = [&](QComboBox* box, const std::string& code) {
-        for (int i = 0; i < box->count(); ++i) {
-            if (box->itemText(i).contains(QString::fromStdString(code))) {
-                box->setCurrentIndex(i);
-                return true;
-            }
-        }
-        return false;
-    };
-    ASSERT_TRUE(pick(dialog->legOneBox(), call->code));
-    ASSERT_TRUE(pick(dialog->legTwoBox(), higher->code));
-    dialog->strategyBox()->setCurrentIndex(dialog->strategyBox()->findData(QStringLiteral("CNSJC")));
-    dialog->volumeBox()->setValue(2);
+    ASSERT_TRUE(deskfixture::fillCombination(*dialog, call->code, higher->code, QStringLiteral("CNSJC"), 2));
     dialog->accept();
     EXPECT_EQ(dialog->result(), QDialog::Accepted);
     ASSERT_TRUE(testsupport::waitUntil([&] { return dock()->combinationsModel()->rowCount() == 1; }, 10000));

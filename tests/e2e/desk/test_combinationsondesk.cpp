@@ -111,19 +111,7 @@ protected:
     void formFromTheDock(int volume)
     {
         std::unique_ptr<desk::CCombinationBuildDialog> dialog(window->accounts()->makeBuildDialog());
-        auto pick = [&](QComboBox* box, const std::string& code) {
-            for (int i = 0; i < box->count(); ++i) {
-                if (box->itemText(i).contains(QString::fromStdString(code))) {
-                    box->setCurrentIndex(i);
-                    return true;
-                }
-            }
-            return false;
-        };
-        ASSERT_TRUE(pick(dialog->legOneBox(), call->code));
-        ASSERT_TRUE(pick(dialog->legTwoBox(), higher->code));
-        dialog->strategyBox()->setCurrentIndex(dialog->strategyBox()->findData(QStringLiteral("CNSJC")));
-        dialog->volumeBox()->setValue(volume);
+        ASSERT_TRUE(deskfixture::fillCombination(*dialog, call->code, higher->code, QStringLiteral("CNSJC"), volume));
         dialog->accept();
         ASSERT_EQ(dialog->result(), QDialog::Accepted);
     }

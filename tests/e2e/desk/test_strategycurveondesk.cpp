@@ -53,7 +53,29 @@ bool drawsItsLastScript(TC::CProfitAndLossWebView* curve, int finishedBefore)
                10000);
 }
 
-class StrategyCurveOnDesk : public deskfixture::DeskTest {};
+class StrategyCurveOnDesk : public deskfixture::DeskTest {
+protected:
+    // The desk with the workbench in front (it shares the board's tabs) and its
+    // chart page loaded, without animations.
+    void openWorkbench()
+    {
+        window = std::make_unique<desk::CDeskWindow>(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
+        window->restore(QStringLiteral("dark"));
+        window->resize(1600, 1000);
+        window->show();
+        window->dock(QStringLiteral("ops"))->raise();
+        panel = qobject_cast<TC::COptionStrategyPanel*>(window->panel(QStringLiteral("ops")));
+        ASSERT_NE(panel, nullptr);
+        curve = panel->getCurve();
+        ASSERT_NE(curve, nullptr);
+        ASSERT_NE(curve->webView, nullptr);
+        ASSERT_TRUE(testsupport::waitUntil([&] { return curve->pageLoaded; }, 30000)) << "the page did not load";
+        runScript(curve->webView, QStringLiteral("setAnimation(false)"));
+    }
+
+    TC::COptionStrategyPanel* panel = nullptr;
+    TC::CProfitAndLossWebView* curve = nullptr;
+};
 
 TEST_F(StrategyCurveOnDesk, TickingTwoLegsOfTheExampleBasketDrawsTheirCurve)
 {
@@ -66,19 +88,7 @@ TEST_F(StrategyCurveOnDesk, TickingTwoLegsOfTheExampleBasketDrawsTheirCurve)
               QFileInfo(dir.filePath(QStringLiteral("charts/profitAndLossChart/profitAndLossIndex.html")))
                   .canonicalFilePath());
 
-    window = std::make_unique<desk::CDeskWindow>(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
-    window->restore(QStringLiteral("dark"));
-    window->resize(1600, 1000);
-    window->show();
-    // The workbench to the front: it shares the board's tabs.
-    window->dock(QStringLiteral("ops"))->raise();
-    auto* panel = qobject_cast<TC::COptionStrategyPanel*>(window->panel(QStringLiteral("ops")));
-    ASSERT_NE(panel, nullptr);
-    TC::CProfitAndLossWebView* curve = panel->getCurve();
-    ASSERT_NE(curve, nullptr);
-    ASSERT_NE(curve->webView, nullptr);
-    ASSERT_TRUE(testsupport::waitUntil([&] { return curve->pageLoaded; }, 30000)) << "the page did not load";
-    runScript(curve->webView, QStringLiteral("setAnimation(false)"));
+    ASSERT_NO_FATAL_FAILURE(openWorkbench());
 
     TC::CStrategyManageTable* table = panel->getTable();
     ASSERT_EQ(table->rowCount(), 2) << "the example basket, a bull call spread";
@@ -126,17 +136,7 @@ TEST_F(StrategyCurveOnDesk, TheWinnersSelectedCandidateDrawsItsCurve)
     if (QGuiApplication::platformName() != QLatin1String("xcb")) {
         GTEST_SKIP() << "QtWebEngine needs a display; run under xvfb-run with QT_QPA_PLATFORM=xcb";
     }
-    window = std::make_unique<desk::CDeskWindow>(desk::CPanelFactory::withBuiltins(), dir.path(), 50);
-    window->restore(QStringLiteral("dark"));
-    window->resize(1600, 1000);
-    window->show();
-    window->dock(QStringLiteral("ops"))->raise();
-    auto* panel = qobject_cast<TC::COptionStrategyPanel*>(window->panel(QStringLiteral("ops")));
-    ASSERT_NE(panel, nullptr);
-    TC::CProfitAndLossWebView* curve = panel->getCurve();
-    ASSERT_NE(curve, nullptr);
-    ASSERT_TRUE(testsupport::waitUntil([&] { return curve->pageLoaded; }, 30000)) << "the page did not load";
-    runScript(curve->webView, QStringLiteral("setAnimation(false)"));
+    ASSERT_NO_FATAL_FAILURE(openWorkbench());
 
     TC::COptionWinnerWidget* winner = panel->getWinner();
     TC::COptionUndlCodeComboBox* combo = winner->getUnderlyingCombo();

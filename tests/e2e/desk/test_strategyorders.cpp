@@ -100,19 +100,7 @@ protected:
         ASSERT_LT(atmIndex + 2, static_cast<int>(chain.calls.size()));
         ASSERT_GE(static_cast<int>(chain.puts.size()), atmIndex);
     }
-    void keep(QWidget* widget, const QString& name)
-    {
-        const char* dirName = std::getenv("OPTDESK_KEEP_SCREENSHOTS");
-        if (dirName == nullptr) {
-            return;
-        }
-        for (const QString& theme : {QStringLiteral("dark"), QStringLiteral("light")}) {
-            window->applyTheme(theme);
-            testsupport::waitUntil([] { return false; }, 300);
-            widget->grab().save(QDir(QString::fromLocal8Bit(dirName)).filePath(name + QStringLiteral("-%1.png").arg(theme)));
-        }
-        window->applyTheme(QStringLiteral("dark"));
-    }
+    void keep(QWidget* widget, const QString& name) { deskfixture::keepInBothThemes(*window, widget, name); }
 
     std::shared_ptr<nqservice::CInstrumentDetail> atm;
     Chain chain;

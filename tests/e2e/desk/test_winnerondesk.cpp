@@ -55,19 +55,7 @@ protected:
         window.reset();
         DeskTest::TearDown();
     }
-    void keep(const QString& name)
-    {
-        const char* dirName = std::getenv("OPTDESK_KEEP_SCREENSHOTS");
-        if (dirName == nullptr) {
-            return;
-        }
-        for (const QString& theme : {QStringLiteral("dark"), QStringLiteral("light")}) {
-            window->applyTheme(theme);
-            testsupport::waitUntil([] { return false; }, 300);
-            host->grab().save(QDir(QString::fromLocal8Bit(dirName)).filePath(name + QStringLiteral("-%1.png").arg(theme)));
-        }
-        window->applyTheme(QStringLiteral("dark"));
-    }
+    void keep(const QString& name) { deskfixture::keepInBothThemes(*window, host.get(), name); }
 
     std::unique_ptr<QWidget> host;
     TC::COptionWinnerWidget* winner = nullptr;
