@@ -4,6 +4,7 @@
 #include "board/boardfixture.h"
 #include "board/coptionpricettable.h"
 #include "order/coptionorderdialog.h"
+#include "order/commandexpectations.h"
 #include "order/orderfakes.h"
 #include "seam/trading.h"
 #include "seam/uievents.h"
@@ -114,26 +115,8 @@ TEST_F(OrderFlow, ALimitOrderReachesTheCommandCentreFieldByField)
     EXPECT_EQ(table->getOrderDialog(), nullptr) << "the dialog is gone, and so is the pointer";
     ASSERT_EQ(commands->calls.size(), 1u);
     const ordertest::CCommandCall& call = commands->calls.front();
-    EXPECT_EQ(call.traderType, nqservice::VQ_TRADER_TYPE_STOCK_OPTION);
-    EXPECT_EQ(call.hedgeType, 0);
+    ordertest::expectManualStockOptionCommand(call);
     EXPECT_EQ(call.weights, (std::map<std::string, double>{{"SO001", 1.0}}));
-    EXPECT_EQ(call.stopLossType, 0);
-    EXPECT_FALSE(call.autoHedge);
-    EXPECT_TRUE(call.confirmed);
-    EXPECT_TRUE(call.callbackEmpty);
-    EXPECT_TRUE(call.hedgeParamsEmpty);
-    EXPECT_EQ(call.strategyName, "");
-    EXPECT_EQ(call.platform, 0);
-    EXPECT_TRUE(call.platformParamsEmpty);
-    EXPECT_EQ(call.limitedPriceType, 0);
-    EXPECT_TRUE(call.limitedPriceParamsEmpty);
-    EXPECT_EQ(call.remark, QString());
-    EXPECT_FALSE(call.algorithmic);
-    EXPECT_TRUE(call.algorithmParamsEmpty);
-    EXPECT_EQ(call.extra, 0);
-    EXPECT_EQ(call.etfHedge, -1);
-    EXPECT_TRUE(call.etfHedgeParamsEmpty);
-    EXPECT_TRUE(call.reservedEmpty);
     ASSERT_EQ(call.params.size(), 1u);
     const nqservice::CCodeOrderParam& param = *call.params.front();
     EXPECT_EQ(param.operationType, nqservice::OT_BUY_OPEN);
