@@ -85,4 +85,22 @@ inline boost::shared_ptr<nqservice::CCodeOrderParam> opponentOrder(const std::st
     return param;
 }
 
+// The 50ETF call of the same month one strike above base, the short leg of a bull call spread.
+inline std::shared_ptr<nqservice::CInstrumentDetail> nextCallUp(const nqservice::CInstrumentDetail& base)
+{
+    TC::CExchangeClient* exchange = utils::CManualSingletonT<TC::CExchangeClient>::instance();
+    QMap<QString, QMap<QString, QStringList>> chains;
+    exchange->getStockOptionMap(chains);
+    std::shared_ptr<nqservice::CInstrumentDetail> higher;
+    for (const QString& key : chains.value(QStringLiteral("510050.SH")).first()) {
+        const auto detail = exchange->getCodeInfo(key);
+        if (detail && detail->call && !detail->adjusted && detail->expireDate == base.expireDate &&
+            detail->exercisePrice > base.exercisePrice + 1e-6 &&
+            (!higher || detail->exercisePrice < higher->exercisePrice)) {
+            higher = detail;
+        }
+    }
+    return higher;
+}
+
 }  // namespace paperdesk

@@ -189,18 +189,7 @@ TEST_F(AccountsDockOnPaper, ACombinationIsFormedByTheBuildDialogAndReleasedByIts
     // A bull call spread: long the at-the-money call, short the next strike up.
     const auto call = paperdesk::atTheMoneyCall();
     ASSERT_TRUE(call);
-    TC::CExchangeClient* exchange = utils::CManualSingletonT<TC::CExchangeClient>::instance();
-    QMap<QString, QMap<QString, QStringList>> chains;
-    exchange->getStockOptionMap(chains);
-    std::shared_ptr<nqservice::CInstrumentDetail> higher;
-    for (const QString& key : chains.value(QStringLiteral("510050.SH")).first()) {
-        const auto detail = exchange->getCodeInfo(key);
-        if (detail && detail->call && !detail->adjusted && detail->expireDate == call->expireDate &&
-            detail->exercisePrice > call->exercisePrice + 1e-6 &&
-            (!higher || detail->exercisePrice < higher->exercisePrice)) {
-            higher = detail;
-        }
-    }
+    const auto higher = paperdesk::nextCallUp(*call);
     ASSERT_TRUE(higher);
     auto* commands = utils::CManualSingletonT<TC::COvCommandCenter>::instance();
     std::vector<boost::shared_ptr<nqservice::CCodeOrderParam>> params = {

@@ -50,7 +50,7 @@ protected:
         window->show();
         call = paperdesk::atTheMoneyCall();
         ASSERT_TRUE(call);
-        higher = nextCallUp(*call);
+        higher = paperdesk::nextCallUp(*call);
         ASSERT_TRUE(higher);
     }
     TC::COptionStrategyPositionPanel* panel() const
@@ -62,22 +62,6 @@ protected:
     {
         table()->updateTable();
         return table()->realRowCount();
-    }
-    static std::shared_ptr<nqservice::CInstrumentDetail> nextCallUp(const nqservice::CInstrumentDetail& base)
-    {
-        TC::CExchangeClient* exchange = utils::CManualSingletonT<TC::CExchangeClient>::instance();
-        QMap<QString, QMap<QString, QStringList>> chains;
-        exchange->getStockOptionMap(chains);
-        std::shared_ptr<nqservice::CInstrumentDetail> higher;
-        for (const QString& key : chains.value(QStringLiteral("510050.SH")).first()) {
-            const auto detail = exchange->getCodeInfo(key);
-            if (detail && detail->call && !detail->adjusted && detail->expireDate == base.expireDate &&
-                detail->exercisePrice > base.exercisePrice + 1e-6 &&
-                (!higher || detail->exercisePrice < higher->exercisePrice)) {
-                higher = detail;
-            }
-        }
-        return higher;
     }
     // Opens the legs of a bull call spread: long the lower call, short the higher.
     void holdLegs(long long volume)
